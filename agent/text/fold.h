@@ -1,0 +1,18 @@
+// The normal form in which SLP compares strings (RFC 2608 section 6.4): ASCII letters in lower case, white space at
+// both ends removed and runs of it inside folded to one blank. Pure functions; any thread.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace slp {
+
+std::string Fold(std::string_view text);
+
+/// Whether both have the same normal form.
+bool EqualFolded(std::string_view a, std::string_view b);
+
+/// `text` without white space at both ends.
+std::string_view Trim(std::string_view text);
+
+}  // namespace slp

@@ -1,0 +1,15 @@
+// Language tags (RFC 1766 as RFC 2608 section 6.1 uses it): compared without regard to case, "en" also serves a
+// request for "en-GB". Pure functions; any thread.
+#pragma once
+
+#include <string_view>
+
+namespace slp {
+
+/// Letters, digits and hyphens, 1 to 8 of them between hyphens.
+bool IsValidLanguageTag(std::string_view tag);
+
+/// Whether a registration in `registered` serves a request in `requested`.
+bool LanguageServes(std::string_view registered, std::string_view requested);
+
+}  // namespace slp

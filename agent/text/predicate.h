@@ -1,0 +1,44 @@
+// Search predicates: LDAPv3 filters over attributes (RFC 2608 section 8.1, RFC 2254). Values; any thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/error.h"
+#include "text/attributes.h"
+
+namespace slp {
+
+/// One comparison, or an operator over children.
+struct PredicateNode {
+  enum class Kind { kAnd, kOr, kNot, kEqual, kApproximate, kLessOrEqual, kGreaterOrEqual, kPresent };
+
+  Kind kind = Kind::kPresent;
+  std::vector<PredicateNode> children;  ///< kAnd, kOr: any number; kNot: one
+
+  std::string tag;  ///< comparisons: in normal form
+  /// kEqual, kApproximate: the unescaped pieces between the wildcards, in normal form; one piece: no wildcard.
+  std::vector<std::string> pieces;
+  AttributeValue value;  ///< comparisons without a wildcard: the typed operand
+};
+
+/// A parsed predicate. The empty text is the predicate that everything matches.
+class Predicate {
+ public:
+  /// Deepest nesting of operators that is taken; a deeper one is a kParseError.
+  static constexpr int kMaximumDepth = 64;
+
+  static Result<Predicate> Parse(std::string_view text);
+
+  bool Matches(const AttributeList& attributes) const;
+
+  /// The tree, for an index that wants to narrow a search; null when everything matches.
+  const PredicateNode* root() const { return root_.get(); }
+
+ private:
+  std::shared_ptr<const PredicateNode> root_;
+};
+
+}  // namespace slp

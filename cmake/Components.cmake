@@ -1,0 +1,28 @@
+# kelsd_component(NAME SOURCES ... USES ...)
+#
+# One folder of the source tree as one static library. USES names the other components (or libraries)
+# whose headers it may include; cmake/check_layers.cmake fails the test run when a folder includes
+# another one.
+function(kelsd_component name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;USES")
+  add_library(${name} STATIC ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE kelsd_warnings PUBLIC ${arg_USES})
+endfunction()
+
+# kelsd_test(NAME SOURCES ... USES ... [TIMEOUT SECONDS] [LABELS ...])
+#
+# One GoogleTest program; each of its tests runs in a process of its own, so that process-wide state
+# starts fresh in every test.
+function(kelsd_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;USES;LABELS")
+  if(NOT arg_TIMEOUT)
+    set(arg_TIMEOUT 60)
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE kelsd_warnings ${arg_USES} GTest::gmock_main)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  if(NOT CMAKE_CROSSCOMPILING)
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+      PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+  endif()
+endfunction()

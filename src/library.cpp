@@ -1,0 +1,1 @@
+// Anchor of the shared library; everything in it comes from the folders beside.
