@@ -1,0 +1,44 @@
+# Debian packages that the scripts need, and how they get onto the machine. Sourced, not run.
+
+# What it takes to build the library, the daemon and the tool.
+build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev)
+
+# What the tests need besides: GoogleTest (its sources serve the cross build), the Windows cross compiler,
+# network namespaces, and the checker of the source style.
+test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix binutils iproute2 clang-format)
+
+# What the sanitizer and lint runs need besides.
+lint_packages=(clang-tidy)
+
+# need_packages NAME...: installs those that are missing and says which; without the right to, says what to run.
+need_packages() {
+  local missing=() package
+  for package in "$@"; do
+    dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null || ! sudo -n true 2>/dev/null; then
+      if ! { command -v sudo >/dev/null && [ -t 0 ]; }; then
+        echo "These packages are missing, and installing them takes root. Please run:" >&2
+        echo "  apt-get install ${missing[*]}" >&2
+        return 1
+      fi
+    fi
+    as_root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update -qq &&
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"; } \
+    >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    rm -f "$log"
+    echo "Installing failed. By hand: apt-get install ${missing[*]}" >&2
+    return 1
+  fi
+  rm -f "$log"
+}
