@@ -1,0 +1,38 @@
+cmake_minimum_required(VERSION 3.25)
+
+# Compares the dynamic symbols that a shared library defines with a checked-in list.
+# Run as: cmake -DNM=nm -DLIBRARY=lib.so -DEXPECTED=list.txt -DACTUAL=out.txt -P exported_symbols.cmake
+# After a wanted change of the interface, copy ACTUAL over EXPECTED and review the difference.
+execute_process(COMMAND "${NM}" --dynamic --defined-only --demangle "${LIBRARY}"
+  OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE ";" "," output "${output}")
+string(REGEX REPLACE "\n$" "" output "${output}")
+string(REPLACE "\n" ";" lines "${output}")
+set(symbols "")
+foreach(line IN LISTS lines)
+  # Address, one letter of kind, name. Weak symbols of the standard library's templates are no interface.
+  if(line MATCHES "^[0-9a-f]+ ([A-Za-z]) (.*)$")
+    set(kind "${CMAKE_MATCH_1}")
+    set(name "${CMAKE_MATCH_2}")
+    if(kind MATCHES "[TDRBVW]" AND NOT (kind STREQUAL "W" AND name MATCHES "std::|__gnu_cxx::"))
+      list(APPEND symbols "${name}")
+    elseif(NOT kind MATCHES "[VWu]")
+      list(APPEND symbols "${kind} ${name}")
+    endif()
+  endif()
+endforeach()
+list(SORT symbols)
+list(REMOVE_DUPLICATES symbols)
+list(JOIN symbols "\n" text)
+file(WRITE "${ACTUAL}" "${text}\n")
+file(READ "${EXPECTED}" expected)
+if(NOT expected STREQUAL "${text}\n")
+  file(STRINGS "${EXPECTED}" expected_lines)
+  set(added ${symbols})
+  list(REMOVE_ITEM added ${expected_lines})
+  set(missing ${expected_lines})
+  list(REMOVE_ITEM missing ${symbols})
+  list(JOIN added "\n  + " added)
+  list(JOIN missing "\n  - " missing)
+  message(FATAL_ERROR "The exported symbols differ from the list.\n  + ${added}\n  - ${missing}")
+endif()

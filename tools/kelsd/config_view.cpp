@@ -1,0 +1,50 @@
+#include "config_view.h"
+
+namespace kelsd_tool {
+namespace {
+
+using kelsd::CKelSLPClientConfig;
+using kelsd::CKelSLPConfig;
+
+std::vector<Setting> BaseSettings(const CKelSLPConfig& config) {
+  return {
+      {CKelSLPConfig::PROP_MULTICASTTTL, config.GetMulticastTTL(), config.IsMulticastTTLDefaultSLP()},
+      {CKelSLPConfig::PROP_UNICASTMAXIMUMWAIT, config.GetUnicastMaximumWait(),
+       config.IsUnicastMaximumWaitDefaultSLP()},
+      {CKelSLPConfig::PROP_UNICASTTIMEOUTS, config.GetUnicastTimeouts(),
+       config.IsUnicastTimeoutsDefaultSLP()},
+      {CKelSLPConfig::PROP_MTU, config.GetMTU(), config.IsMTUDefaultSLP()},
+      {CKelSLPConfig::PROP_BROADCASTADDR, config.GetBroadcastAddr(), config.IsBroadcastAddrDefaultSLP()},
+      {CKelSLPConfig::PROP_USEDHCP, config.GetUseDHCP(), config.IsUseDHCPDefaultSLP()},
+      {CKelSLPConfig::PROP_INTERFACES, config.GetInterfaces(), config.IsInterfacesDefaultSLP()},
+      {CKelSLPConfig::PROP_ACTIVEDADETECTION, config.GetActiveDADetection(),
+       config.IsActiveDADetectionDefaultSLP()},
+      {CKelSLPConfig::PROP_PORT, config.GetPPort(), config.IsPortDefaultSLP() != 0},
+      {CKelSLPConfig::PROP_SECURITYENABLED, config.GetSecurityEnabled(),
+       config.IsSecurityEnabledDefaultSLP()},
+      {CKelSLPConfig::PROP_USEIPV4, config.GetUseIPv4(), config.IsUseIPv4DefaultSLP()},
+      {CKelSLPConfig::PROP_USEIPV6, config.GetUseIPv6(), config.IsUseIPv6DefaultSLP()},
+      {CKelSLPConfig::PROP_OPENSLPVERSION, config.GetOpenSLPVersion(), true, false},
+  };
+}
+
+}  // namespace
+
+std::vector<Setting> ClientSettings(const CKelSLPClientConfig& config) {
+  std::vector<Setting> settings = BaseSettings(config);
+  const std::vector<Setting> own = {
+      {CKelSLPConfig::PROP_MAXRESULTS, config.GetMaxResults(), config.IsMaxResultsDefaultSLP()},
+      {CKelSLPConfig::PROP_DADISCOVERYMAXIMUMWAIT, config.GetDADiscoveryMaximumWait(),
+       config.IsDADiscoveryMaximumWaitDefaultSLP()},
+      {CKelSLPConfig::PROP_DADISCOVERYTIMEOUTS, config.GetDADiscoveryTimeouts(),
+       config.IsDADiscoveryTimeoutsDefaultSLP()},
+      {CKelSLPConfig::PROP_MULTICASTMAXIMUMWAIT, config.GetMulticastMaximumWait(),
+       config.IsMulticastMaximumWaitDefaultSLP()},
+      {CKelSLPConfig::PROP_MULTICASTTIMEOUTS, config.GetMulticastTimeouts(),
+       config.IsMulticastTimeoutsDefaultSLP()},
+  };
+  settings.insert(settings.end(), own.begin(), own.end());
+  return settings;
+}
+
+}  // namespace kelsd_tool

@@ -1,0 +1,22 @@
+// The settings of a configuration record as rows, for tables and JSON.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "kelsd/CKelSLPClientConfig.h"
+
+namespace kelsd_tool {
+
+struct Setting {
+  kelsd::CKelSLPConfig::EProperty property;
+  nlohmann::json value;
+  bool is_standard = true;  ///< holds the default of the SLP standard
+  bool has_standard = true;
+};
+
+/// In the order in which the library reads them.
+std::vector<Setting> ClientSettings(const kelsd::CKelSLPClientConfig& config);
+
+}  // namespace kelsd_tool

@@ -1,0 +1,37 @@
+// Where the tool writes: results on standard output, errors on standard error.
+#pragma once
+
+#include <iosfwd>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+#include "exit_status.h"
+#include "kelsd/SResult.h"
+#include "table.h"
+
+namespace kelsd_tool {
+
+class Console {
+ public:
+  Console(std::ostream& out, std::ostream& error);
+
+  void PrintTable(const Table& table);
+  void PrintLine(const std::string& line);
+  void PrintJson(const nlohmann::json& document);
+
+  /// The result as the library words it, and what to do about it.
+  void PrintError(const kelsd::SResult& result);
+  /// A message of the tool's own.
+  void PrintError(const std::string& message);
+  void PrintNote(const std::string& message);
+
+  /// PrintError, and the status to leave with.
+  ExitStatus Fail(const kelsd::SResult& result);
+  ExitStatus RejectUsage(const std::string& message);
+
+ private:
+  std::ostream& out_;
+  std::ostream& error_;
+};
+
+}  // namespace kelsd_tool

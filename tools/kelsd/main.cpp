@@ -1,0 +1,45 @@
+// kelsd: finds services, reads their attributes and shows the configuration, over the library's exported
+// classes.
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "commands/commands.h"
+#include "console.h"
+
+namespace {
+
+constexpr const char* kOverview = R"(Examples:
+  kelsd find zdrest                      all ZD servers on the network
+  kelsd find zdrest --ip 10.0.0.5        the one with this address
+  kelsd find terminal --address 10.0.0.5 what one host offers
+  kelsd attributes service:zdrest.tamro:http://10.0.0.5:8080
+  kelsd parse service:zdrest.tamro:http://10.0.0.5:8080/api
+  kelsd config show --client
+
+'kelsd VERB --help' explains a verb and shows its own examples.
+Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  kelsd_tool::Console console(std::cout, std::cerr);
+  kelsd_tool::ExitStatus status = kelsd_tool::kUsage;
+  CLI::App app("Finds the services of the product family on the local network over SLP.", "kelsd");
+  app.set_version_flag("--version", std::string("kelsd ") + KELSD_VERSION);
+  app.require_subcommand(1);
+  app.footer(kOverview);
+  kelsd_tool::AddFind(app, console, status);
+  kelsd_tool::AddAttributes(app, console, status);
+  kelsd_tool::AddParse(app, console, status);
+  kelsd_tool::AddConfig(app, console, status);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& request) {
+    return app.exit(request) == 0 ? kelsd_tool::kFound : kelsd_tool::kUsage;
+  } catch (const std::exception& failure) {
+    console.PrintError(failure.what());
+    return kelsd_tool::kFailure;
+  }
+  return status;
+}
