@@ -1,0 +1,40 @@
+// The settings that the daemon's logic needs, taken from the properties. Values; any thread.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "properties/properties.h"
+
+namespace slp {
+
+enum class AgentRole {
+  kServiceAgent,
+  kDirectoryAgent,
+};
+
+struct AgentSettings {
+  AgentRole role = AgentRole::kServiceAgent;
+  std::vector<std::string> scopes = {"DEFAULT"};  ///< net.slp.useScopes, never empty
+  std::string language = "en";                    ///< net.slp.locale
+  std::size_t mtu = 1400;                ///< net.slp.MTU: the largest UDP reply, without UDP and IP headers
+  bool check_source_address = true;      ///< net.slp.checkSourceAddr
+  bool watch_registration_pid = true;    ///< net.slp.watchRegistrationPID
+  std::string service_agent_attributes;  ///< net.slp.SAAttributes; empty when the property does not parse
+  std::string registration_file;         ///< net.slp.serializedRegURL without "file://"; empty: none
+
+  bool trace_da_traffic = false;
+  bool trace_messages = false;
+  bool trace_drops = false;
+  bool trace_registrations = false;
+
+  /// Numeric addresses of the own interfaces: previous responder lists are compared with them and the first
+  /// one stands in the URL of advertisements. No property: whoever owns the sockets fills it in.
+  std::vector<std::string> own_addresses;
+
+  /// Everything but own_addresses.
+  static AgentSettings From(const Properties& properties);
+};
+
+}  // namespace slp

@@ -1,0 +1,123 @@
+// All registered services, indexed by URL, by service type (concrete and abstract) and by attribute value, so
+// that a search touches only what can match. Keeps no reference into what it was given. One thread at a time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/error.h"
+#include "slpd/event_sink.h"
+#include "slpd/registration.h"
+#include "slpd/seconds.h"
+#include "text/predicate.h"
+#include "text/service_type.h"
+
+namespace slp {
+
+/// Which services a request asks for.
+struct ServiceQuery {
+  ServiceType type;
+  std::vector<std::string> scopes;  ///< one in common is enough
+  std::string language = "en";
+  Predicate predicate;
+};
+
+/// The attributes that an answer carries.
+struct AttributeAnswer {
+  std::string attributes;
+  bool cut = false;  ///< more than the limit was there; what is given is whole attributes
+};
+
+class Registry {
+ public:
+  /// What the registry holds at most; a registration beyond it is refused with kInternalError.
+  struct Capacity {
+    std::size_t registrations = 1'000'000;
+    std::size_t text_bytes = std::size_t{512} * 1024 * 1024;
+  };
+
+  /// `events` must outlive the registry.
+  explicit Registry(EventSink& events);
+  Registry(EventSink& events, Capacity capacity);
+  ~Registry();
+
+  Registry(const Registry&) = delete;
+  Registry& operator=(const Registry&) = delete;
+
+  /// A fresh registration: takes the place of one of the same URL in the same language (RFC 2608
+  /// section 8.3). kInvalidRegistration for a URL, type, language, lifetime or attribute list that is not
+  /// one, kScopeNotSupported without a valid scope; nothing is stored then.
+  Error Register(const Registration& registration, Seconds now);
+
+  /// An incremental registration (RFC 2608 section 9.3). kInvalidUpdate when nothing is registered under the
+  /// URL in this language or with another type, kScopeNotSupported for other scopes, else as Register.
+  Error Update(const Registration& registration, Seconds now);
+
+  /// Without `tag_patterns` the service goes in all its languages, else only the attributes that match.
+  /// `scopes` must contain all scopes of the service, or kScopeNotSupported; kInvalidRegistration for an
+  /// unknown URL.
+  Error Deregister(std::string_view url, const std::vector<std::string>& scopes,
+                   const std::vector<std::string>& tag_patterns);
+
+  /// Shows each matching URL once with the seconds that it has left, until `visit` returns false.
+  /// kLanguageNotSupported when the predicate asks for attributes, the type is there in the scopes, but not
+  /// in the language (RFC 2608 section 8.1).
+  Error FindServices(const ServiceQuery& query, Seconds now,
+                     const std::function<bool(std::string_view url, std::uint16_t lifetime)>& visit) const;
+
+  /// The attributes of one URL, empty when it is not registered in the scopes; no patterns: all of them.
+  Result<AttributeAnswer> FindAttributesOfUrl(std::string_view url, const std::vector<std::string>& scopes,
+                                              std::string_view language,
+                                              const std::vector<std::string>& tag_patterns) const;
+
+  /// The attributes of all services of a type, each tag and value once (RFC 2608 section 10.4), up to `limit`
+  /// bytes.
+  Result<AttributeAnswer> FindAttributesOfType(const ServiceType& type,
+                                               const std::vector<std::string>& scopes,
+                                               std::string_view language,
+                                               const std::vector<std::string>& tag_patterns,
+                                               std::size_t limit) const;
+
+  /// The types with a service in the scopes, sorted. `naming_authority`: none for all of them, "" for IANA.
+  std::vector<std::string> FindTypes(const std::vector<std::string>& scopes,
+                                     const std::optional<std::string>& naming_authority) const;
+
+  /// Removes what has reached its last second: a lifetime of L given at second t ends at t+L.
+  void Expire(Seconds now);
+
+  /// The second at which Expire has something to do next; none when nothing expires.
+  std::optional<Seconds> NextExpiry() const;
+
+  /// The processes that registrations are bound to, ascending.
+  std::vector<std::uint32_t> WatchedProcesses() const;
+
+  /// Removes what was bound to this process.
+  void DropProcess(std::uint32_t process_id);
+
+  /// Removes everything that came from the registration file.
+  void DropFileRegistrations();
+
+  /// The registration of `url` in `language`, none when there is none.
+  std::optional<RegistrationView> Find(std::string_view url, std::string_view language) const;
+
+  /// All registrations, in no particular order.
+  void ForEach(const std::function<void(const RegistrationView&)>& visit) const;
+
+  /// A URL that is registered in two languages counts twice.
+  std::size_t size() const;
+
+  /// How many registrations searches have looked at so far.
+  std::uint64_t touched() const;
+
+ private:
+  struct Store;
+  std::unique_ptr<Store> store_;
+};
+
+}  // namespace slp

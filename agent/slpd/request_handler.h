@@ -1,0 +1,46 @@
+// Answers messages: from the bytes of a request to the bytes of its reply (RFC 2608 sections 7 to 11). No
+// sockets and no clock. One thread at a time, the registry's.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+
+#include "slpd/agent_settings.h"
+#include "slpd/event_sink.h"
+#include "slpd/registry.h"
+#include "slpd/request_origin.h"
+#include "slpd/seconds.h"
+#include "wire/messages.h"
+
+namespace slp {
+
+class RequestHandler {
+ public:
+  /// Whether a process is to be seen from here; asked when a registration asks to be bound to one.
+  using ProcessProbe = std::function<bool(std::uint32_t process_id)>;
+
+  /// `registry` and `events` must outlive the handler; `settings` are copied. Without a probe every process
+  /// is taken to exist.
+  RequestHandler(Registry& registry, const AgentSettings& settings, EventSink& events,
+                 ProcessProbe process_exists = nullptr);
+
+  /// The settings from now on, after a reload; what is registered stays.
+  void SetSettings(const AgentSettings& settings);
+  const AgentSettings& settings() const { return settings_; }
+
+  /// The reply to send back to where `request` (one whole message) came from; none: no answer. Never longer
+  /// than the MTU over UDP, and never longer than the request to a UDP sender beyond the own networks. What
+  /// has expired by `now` is gone first.
+  std::optional<Bytes> Handle(std::span<const std::uint8_t> request, const RequestOrigin& origin,
+                              Seconds now);
+
+ private:
+  Registry& registry_;
+  AgentSettings settings_;
+  EventSink& events_;
+  ProcessProbe process_exists_;
+};
+
+}  // namespace slp
