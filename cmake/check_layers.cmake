@@ -16,7 +16,7 @@ set(layers
   "agent/text:base"
   "agent/wire:base text"
   "agent/properties:base text"
-  "agent/net:base asio"
+  "agent/net:base text asio"
   "agent/api:base text wire properties net slp.h asio"
   "agent/slpd:base text wire properties net asio CLI"
   "tools/kelsd:kelsd CLI nlohmann"
