@@ -1,5 +1,5 @@
-// The SLPv2 messages as values (RFC 2608 section 8 to 11). Texts stand as they were on the wire: escaped, untrimmed.
-// Values; any thread.
+// The SLPv2 messages as values (RFC 2608 section 8 to 11). Texts stand as they were on the wire: escaped,
+// untrimmed. Values; any thread.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,8 @@ struct Extension {
   bool operator==(const Extension&) const = default;
 };
 
-/// What every message begins with (RFC 2608 section 8). Length, function id and extension offset follow from the
-/// message and are not kept.
+/// What every message begins with (RFC 2608 section 8). Length, function id and extension offset follow from
+/// the message and are not kept.
 struct Header {
   bool overflow = false;           ///< the reply was cut; ask again over TCP
   bool fresh = false;              ///< SrvReg: replaces instead of updating
@@ -150,8 +150,8 @@ struct SaAdvert {
   bool operator==(const SaAdvert&) const = default;
 };
 
-using Body = std::variant<SrvRqst, SrvRply, SrvReg, SrvDereg, SrvAck, AttrRqst, AttrRply, DaAdvert, SrvTypeRqst,
-                          SrvTypeRply, SaAdvert>;
+using Body = std::variant<SrvRqst, SrvRply, SrvReg, SrvDereg, SrvAck, AttrRqst, AttrRply, DaAdvert,
+                          SrvTypeRqst, SrvTypeRply, SaAdvert>;
 
 struct Message {
   Header header;
