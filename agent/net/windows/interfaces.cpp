@@ -1,0 +1,78 @@
+// Enumeration with GetAdaptersAddresses.
+#include "net/interfaces.h"
+
+#include <winsock2.h>
+#include <ws2tcpip.h>
+
+#include <iphlpapi.h>
+
+#include <cstddef>
+#include <cstring>
+
+namespace slp {
+namespace {
+
+std::string ToUtf8(const wchar_t* text) {
+  const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+  if (size <= 1) {
+    return {};
+  }
+  std::string result(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text, -1, result.data(), size, nullptr, nullptr);
+  result.pop_back();
+  return result;
+}
+
+asio::ip::address_v4 ToAddress(const sockaddr* address) {
+  sockaddr_in v4;
+  std::memcpy(&v4, address, sizeof v4);
+  return asio::ip::address_v4(ntohl(v4.sin_addr.s_addr));
+}
+
+asio::ip::address_v4 ToNetmask(unsigned prefix_length) {
+  const unsigned bits = prefix_length > 32 ? 0 : prefix_length;
+  return asio::ip::address_v4(bits == 0 ? 0U : 0xFFFFFFFFU << (32 - bits));
+}
+
+/// The adapters' records lie one after another in `buffer`; null when the system does not tell.
+const IP_ADAPTER_ADDRESSES* QueryAdapters(std::vector<std::byte>& buffer) {
+  constexpr ULONG kFlags = GAA_FLAG_SKIP_ANYCAST | GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER;
+  // The needed size may grow between two calls when an adapter comes; a few tries are enough.
+  ULONG size = 16384;
+  for (int attempt = 0; attempt < 4; ++attempt) {
+    buffer.resize(size);
+    void* const start = buffer.data();
+    auto* const first = static_cast<IP_ADAPTER_ADDRESSES*>(start);
+    const ULONG status = GetAdaptersAddresses(AF_INET, kFlags, nullptr, first, &size);
+    if (status == NO_ERROR) {
+      return first;
+    }
+    if (status != ERROR_BUFFER_OVERFLOW) {
+      return nullptr;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::vector<Interface> EnumerateInterfaces() {
+  std::vector<std::byte> buffer;
+  std::vector<Interface> found;
+  for (const auto* adapter = QueryAdapters(buffer); adapter != nullptr; adapter = adapter->Next) {
+    for (const auto* entry = adapter->FirstUnicastAddress; entry != nullptr; entry = entry->Next) {
+      if (entry->Address.lpSockaddr->sa_family != AF_INET) {
+        continue;
+      }
+      found.push_back({.name = ToUtf8(adapter->FriendlyName),
+                       .address = ToAddress(entry->Address.lpSockaddr),
+                       .netmask = ToNetmask(entry->OnLinkPrefixLength),
+                       .up = adapter->OperStatus == IfOperStatusUp,
+                       .multicast = adapter->NoMulticast == 0,
+                       .loopback = adapter->IfType == IF_TYPE_SOFTWARE_LOOPBACK});
+    }
+  }
+  return found;
+}
+
+}  // namespace slp
