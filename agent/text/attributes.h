@@ -14,7 +14,8 @@ namespace slp {
 /// Bytes of an opaque value, written as \FF and escaped pairs.
 using Opaque = std::vector<std::uint8_t>;
 
-/// One value: "true"/"false" in any case, a decimal integer that fits in 32 bits, opaque bytes, or an unescaped string.
+/// One value: "true"/"false" in any case, a decimal integer that fits in 32 bits, opaque bytes, or an
+/// unescaped string.
 struct AttributeValue {
   std::variant<std::string, std::int32_t, bool, Opaque> content;
   std::string raw;  ///< as it stood in the list, still escaped
@@ -33,9 +34,9 @@ struct Attribute {
 
 class AttributeList {
  public:
-  /// kParseError for unbalanced brackets, a reserved character that stands unescaped, a control character, a bad
-  /// escape, an empty or invalid tag or one that appears twice. What parses here can be matched, written and read
-  /// again later without another failure. The empty text is the empty list.
+  /// kParseError for unbalanced brackets, a reserved character that stands unescaped, a control character, a
+  /// bad escape, an empty or invalid tag or one that appears twice. What parses here can be matched, written
+  /// and read again later without another failure. The empty text is the empty list.
   static Result<AttributeList> Parse(std::string_view text);
 
   const std::vector<Attribute>& items() const { return items_; }
@@ -62,8 +63,8 @@ class AttributeList {
   std::vector<Attribute> items_;
 };
 
-/// The raw value text of `tag` in `list`, for SLPParseAttrs: everything between '=' and ')', still escaped; "" for a
-/// keyword. kParseError when the tag is absent or the list is malformed.
+/// The raw value text of `tag` in `list`, for SLPParseAttrs: everything between '=' and ')', still escaped;
+/// "" for a keyword. kParseError when the tag is absent or the list is malformed.
 Result<std::string> RawAttributeValue(std::string_view list, std::string_view tag);
 
 }  // namespace slp

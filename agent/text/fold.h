@@ -1,7 +1,8 @@
-// The normal form in which SLP compares strings (RFC 2608 section 6.4): ASCII letters in lower case, white space at
-// both ends removed and runs of it inside folded to one blank. Pure functions; any thread.
+// The normal form in which SLP compares strings (RFC 2608 section 6.4): ASCII letters in lower case, white
+// space at both ends removed and runs of it inside folded to one blank. Pure functions; any thread.
 #pragma once
 
+#include <compare>
 #include <string>
 #include <string_view>
 
@@ -9,8 +10,15 @@ namespace slp {
 
 std::string Fold(std::string_view text);
 
-/// Whether both have the same normal form.
+/// Whether both have the same normal form. Allocates nothing.
 bool EqualFolded(std::string_view a, std::string_view b);
+
+/// The order of the normal forms, byte by byte; bytes count as unsigned. Allocates nothing.
+std::strong_ordering CompareFolded(std::string_view a, std::string_view b);
+
+/// As Fold, but white space at the ends is folded to one blank instead of removed: for the middle of a longer
+/// text.
+std::string FoldInside(std::string_view text);
 
 /// `text` without white space at both ends.
 std::string_view Trim(std::string_view text);

@@ -1,5 +1,5 @@
-// Language tags (RFC 1766 as RFC 2608 section 6.1 uses it): compared without regard to case, "en" also serves a
-// request for "en-GB". Pure functions; any thread.
+// Language tags (RFC 1766 as RFC 2608 section 6.1 uses it): compared without regard to case, "en" also serves
+// a request for "en-GB". Pure functions; any thread.
 #pragma once
 
 #include <string_view>

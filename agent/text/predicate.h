@@ -19,7 +19,8 @@ struct PredicateNode {
   std::vector<PredicateNode> children;  ///< kAnd, kOr: any number; kNot: one
 
   std::string tag;  ///< comparisons: in normal form
-  /// kEqual, kApproximate: the unescaped pieces between the wildcards, in normal form; one piece: no wildcard.
+  /// kEqual, kApproximate: the unescaped pieces between the wildcards, in normal form; one piece: no
+  /// wildcard.
   std::vector<std::string> pieces;
   AttributeValue value;  ///< comparisons without a wildcard: the typed operand
 };

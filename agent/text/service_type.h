@@ -9,8 +9,8 @@
 
 namespace slp {
 
-/// "service:zdrest.tamro:http" has the abstract type "zdrest", the naming authority "tamro" and the concrete type
-/// "http"; a plain "http" has only an abstract type and `service` false.
+/// "service:zdrest.tamro:http" has the abstract type "zdrest", the naming authority "tamro" and the concrete
+/// type "http"; a plain "http" has only an abstract type and `service` false.
 struct ServiceType {
   bool service = false;  ///< begins with "service:"
   std::string abstract_type;
@@ -26,11 +26,12 @@ struct ServiceType {
   bool operator==(const ServiceType&) const = default;
 };
 
-/// kParseError when the text is no service type; "service:servicehost.tamro:" (an empty concrete type) is one.
+/// kParseError when the text is no service type; "service:servicehost.tamro:" (an empty concrete type) is
+/// one.
 Result<ServiceType> ParseServiceType(std::string_view text);
 
-/// Whether a service of type `registered` answers a request for `requested` (RFC 2608 section 8.1): equal as SLP
-/// compares strings, or `requested` is an abstract type and `registered` one of its concrete types.
+/// Whether a service of type `registered` answers a request for `requested` (RFC 2608 section 8.1): equal as
+/// SLP compares strings, or `requested` is an abstract type and `registered` one of its concrete types.
 bool TypeMatches(const ServiceType& requested, const ServiceType& registered);
 
 }  // namespace slp

@@ -10,10 +10,10 @@ namespace slp {
 
 /// The parts as SLPParseSrvURL hands them out.
 struct ServiceUrl {
-  std::string type;    ///< "service:zdrest.tamro:http", "http"; for "service:servicehost.tamro:://h:1" with the
-                       ///< last colon, "service:servicehost.tamro:"
-  std::string host;    ///< without the brackets of an IPv6 address; may be empty
-  int port = 0;        ///< 0: none given
+  std::string type;  ///< "service:zdrest.tamro:http", "http"; for "service:servicehost.tamro:://h:1" with the
+                     ///< last colon, "service:servicehost.tamro:"
+  std::string host;  ///< without the brackets of an IPv6 address; may be empty
+  int port = 0;      ///< 0: none given
   std::string family;  ///< "" for IPv4 and names, "v6" for a bracketed IPv6 address, else the family given
   std::string part;    ///< what follows host and port, with its leading '/'
 

@@ -1,5 +1,5 @@
-// Comma-separated lists of strings: scopes, attribute tags, previous responders, service types (RFC 2608 section 5).
-// Pure functions; any thread.
+// Comma-separated lists of strings: scopes, attribute tags, previous responders, service types (RFC 2608
+// section 5). Pure functions; any thread.
 #pragma once
 
 #include <string>
@@ -25,8 +25,8 @@ bool ListContainsAll(const std::vector<std::string>& outer, const std::vector<st
 /// `base` followed by those elements of `more` that it lacks.
 std::vector<std::string> ListUnion(std::vector<std::string> base, const std::vector<std::string>& more);
 
-/// Whether `scope` may be a scope name (RFC 2608 section 6.4.1): not empty, none of `(),\!<=>~;*+` and no control
-/// characters.
+/// Whether `scope` may be a scope name (RFC 2608 section 6.4.1): not empty, none of `(),\!<=>~;*+` and no
+/// control characters, except in escaped form.
 bool IsValidScope(std::string_view scope);
 
 }  // namespace slp
