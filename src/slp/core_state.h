@@ -1,0 +1,21 @@
+// The state of the core, one a process. Guarded by its lock.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "slp/slp_handle_box.h"
+#include "slp/slp_impl.h"
+
+namespace kelsd {
+
+struct CKelSLPImpl::State {
+  platform::ReaderWriterLock lock;
+  /// Marks the core as initialised; never used for requests.
+  std::unique_ptr<SLPHandleBox> resident_handle;
+  CKelSLPClientConfig client_config;
+  CKelSLPServiceConfig snapshot;
+  std::vector<SResult> snapshot_errors;
+};
+
+}  // namespace kelsd
