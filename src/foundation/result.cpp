@@ -1,3 +1,4 @@
+// The result record: its texts, comparisons and print form.
 #include <algorithm>
 #include <iterator>
 #include <utility>
