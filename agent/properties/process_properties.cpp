@@ -1,0 +1,91 @@
+#include "properties/process_properties.h"
+
+#include <utility>
+#include <vector>
+
+#include "properties/catalogue.h"
+
+namespace slp {
+
+ProcessProperties::ProcessProperties(std::function<PropertyFiles()> find_files)
+    : find_files_(std::move(find_files)) {}
+
+ProcessProperties& ProcessProperties::Instance() {
+  static auto* const instance = new ProcessProperties();
+  return *instance;
+}
+
+void ProcessProperties::Acquire() {
+  const std::lock_guard lock(mutex_);
+  Load();
+  ++handles_;
+}
+
+void ProcessProperties::Release() {
+  const std::lock_guard lock(mutex_);
+  if (handles_ > 0 && --handles_ == 0) {
+    loaded_.reset();
+  }
+}
+
+const char* ProcessProperties::Get(std::string_view key) {
+  const std::lock_guard lock(mutex_);
+  const Loaded& loaded = Load();
+  if (const auto own = loaded.own.find(key); own != loaded.own.end()) {
+    return Keep(own->second);
+  }
+  const std::optional<std::string> value = loaded.files.Get(key);
+  return value ? Keep(*value) : nullptr;
+}
+
+void ProcessProperties::Set(std::string_view key, std::string_view value) {
+  const std::lock_guard lock(mutex_);
+  Loaded& loaded = Load();
+  if (IsReadOnlyProperty(key)) {
+    return;
+  }
+  if (!value.empty()) {
+    loaded.own.insert_or_assign(std::string(key), std::string(value));
+  } else if (const auto own = loaded.own.find(key); own != loaded.own.end()) {
+    loaded.own.erase(own);
+  }
+}
+
+bool ProcessProperties::SetApplicationFile(std::string path) {
+  const std::lock_guard lock(mutex_);
+  if (has_been_loaded_) {
+    return false;
+  }
+  application_file_ = std::move(path);
+  return true;
+}
+
+Properties ProcessProperties::Snapshot() {
+  const std::lock_guard lock(mutex_);
+  const Loaded& loaded = Load();
+  Properties properties = loaded.files;
+  for (const auto& [key, value] : loaded.own) {
+    properties.Set(key, value);
+  }
+  return properties;
+}
+
+ProcessProperties::Loaded& ProcessProperties::Load() {
+  if (!loaded_) {
+    PropertyFiles files = find_files_();
+    files.application = application_file_;
+    // The client half has no log; what a file says wrongly is shown by the daemon and the tool, which read it
+    // too.
+    std::vector<PropertyProblem> problems;
+    loaded_.emplace(Loaded{Properties::Load(files, problems), {}});
+    has_been_loaded_ = true;
+  }
+  return *loaded_;
+}
+
+const char* ProcessProperties::Keep(std::string_view text) {
+  const auto kept = kept_.find(text);
+  return (kept != kept_.end() ? kept : kept_.emplace(text).first)->c_str();
+}
+
+}  // namespace slp

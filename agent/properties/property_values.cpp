@@ -1,0 +1,84 @@
+#include "properties/property_values.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+#include <system_error>
+
+#include "text/string_list.h"
+
+namespace slp {
+namespace {
+
+char ToLower(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+}  // namespace
+
+std::string_view TrimBlanks(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\r\n";
+  const std::size_t begin = text.find_first_not_of(kBlanks);
+  if (begin == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+std::optional<bool> ToBool(std::string_view text) {
+  std::string word(TrimBlanks(text));
+  std::transform(word.begin(), word.end(), word.begin(), ToLower);
+  if (word == "true" || word == "yes" || word == "1") {
+    return true;
+  }
+  if (word == "false" || word == "no" || word == "0") {
+    return false;
+  }
+  return std::nullopt;
+}
+
+std::optional<int> ToInt(std::string_view text, int least, int most) {
+  const std::string_view digits = TrimBlanks(text);
+  int number = 0;
+  const std::from_chars_result end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  const bool whole = end.ec == std::errc() && end.ptr == digits.data() + digits.size();
+  if (!whole || number < least || number > most) {
+    return std::nullopt;
+  }
+  return number;
+}
+
+std::optional<std::vector<int>> ToIntList(std::string_view text, int least, int most) {
+  std::vector<int> numbers;
+  for (const std::string& element : SplitStringList(text)) {
+    if (ToInt(element, 0, 0)) {
+      break;
+    }
+    const std::optional<int> number = ToInt(element, least, most);
+    if (!number) {
+      return std::nullopt;
+    }
+    numbers.push_back(*number);
+  }
+  if (numbers.empty()) {
+    return std::nullopt;
+  }
+  return numbers;
+}
+
+bool IsAllowed(const PropertyInfo& property, std::string_view value) {
+  switch (property.kind) {
+    case PropertyKind::kBool:
+      return ToBool(value).has_value();
+    case PropertyKind::kInt:
+      return ToInt(value, property.least, property.most).has_value();
+    case PropertyKind::kTimeouts:
+      return ToIntList(value, property.least, property.most).has_value();
+    case PropertyKind::kText:
+    case PropertyKind::kTextList:
+      return true;
+  }
+  return false;
+}
+
+}  // namespace slp
