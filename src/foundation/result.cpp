@@ -163,7 +163,7 @@ std::string SResult::ToString() const {
 }
 
 SResult SResult::PrependErrorDebug(const std::string& prefix, std::string separator) const {
-  return {code_, detail_, prefix + separator + debug_};
+  return {code_, detail_, prefix + std::move(separator) + debug_};
 }
 
 }  // namespace kelsd

@@ -41,6 +41,8 @@ std::string IKelServiceType::GetIpAddressesSearchFilter(const std::string& ip) {
   return Either(Either(Either(whole, middle), last), first);
 }
 
+// The list by value is part of the interface.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::string IKelServiceType::GetIpsServerNameSearchFilter(std::vector<std::string> ips,
                                                           const std::string& serverName) {
   return Both(AnyOf(ips, &GetIpAddressesSearchFilter), ServerName(serverName));
@@ -51,6 +53,8 @@ std::string IKelServiceType::GetNSIpServerNameSearchFilter(const std::string& ip
   return Both(GetIpAddressesSearchFilter(ip), ServerName(serverName));
 }
 
+// The list by value is part of the interface.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::string IKelServiceType::GetNSIpsServerNameSearchFilter(std::vector<std::string> nsNames,
                                                             const std::string& serverName) {
   return Both(AnyOf(nsNames, &GetNamingServiceSearchFilter), ServerName(serverName));
