@@ -92,7 +92,7 @@ class KELSD_EXPORT CKelServiceTypeZDTerminalREST : public CKelServiceTypeTamroBa
   void SetAttrServerClusterStatus(const bool& clustered);
   /// Whether the machine is an SLP directory agent.
   bool GetAttrServicediscoveryIsDa() const;
-  void SetAttrServicediscoveryIsDa(const bool& isDa);
+  void SetAttrServicediscoveryIsDa(const bool& is_da);
   /// The addresses of the directory agents, trimmed, in upper case and sorted.
   std::vector<std::string> GetAttrServicediscoveryDaAddresses() const;
   void SetAttrServicediscoveryDaAddresses(const std::vector<std::string>& addresses);

@@ -47,11 +47,11 @@ std::string Stringify(const T& value) {
 }
 
 /// Reads `text` into `value`: leading white space is skipped, what follows the number is refused when
-/// `rejectTrailing` is true and ignored otherwise. A number outside the range of the type is refused, a
+/// `reject_trailing` is true and ignored otherwise. A number outside the range of the type is refused, a
 /// negative one for an unsigned type included. Throws BadConversionException
 /// "StringConvert(TEXT,TYPE,FLAG)."; `value` then holds whatever the stream left there.
 template <typename T>
-void StringConvert(const std::string& text, T& value, bool rejectTrailing) {
+void StringConvert(const std::string& text, T& value, bool reject_trailing) {
   std::istringstream stream(text, std::ios_base::in);
   stream.imbue(std::locale::classic());
   stream.precision(internal::kConversionPrecision);
@@ -61,12 +61,12 @@ void StringConvert(const std::string& text, T& value, bool rejectTrailing) {
     // Some streams wrap a negative number round into the range of the type.
     converted = converted && (value == 0 || TrimLeft(text).front() != '-');
   }
-  if (converted && rejectTrailing) {
+  if (converted && reject_trailing) {
     converted = stream.get() == std::istringstream::traits_type::eof();
   }
   if (!converted) {
     throw BadConversionException("StringConvert(" + text + "," + ReadableTypeName(typeid(T)) + "," +
-                                 Stringify<bool>(rejectTrailing) + ").");
+                                 Stringify<bool>(reject_trailing) + ").");
   }
 }
 

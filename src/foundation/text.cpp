@@ -68,7 +68,7 @@ std::string Join(const std::vector<std::string>& list) {
   return joined;
 }
 
-std::vector<std::string> CleanList(const std::vector<std::string>& list, bool toLowerCase) {
+std::vector<std::string> CleanList(const std::vector<std::string>& list, bool to_lower_case) {
   std::vector<std::string> cleaned;
   for (const std::string& element : list) {
     if (std::find(cleaned.begin(), cleaned.end(), element) != cleaned.end()) {
@@ -76,14 +76,14 @@ std::vector<std::string> CleanList(const std::vector<std::string>& list, bool to
     }
     const std::string trimmed = Trim(element);
     if (!trimmed.empty()) {
-      cleaned.push_back(toLowerCase ? ToLower(trimmed) : ToUpper(trimmed));
+      cleaned.push_back(to_lower_case ? ToLower(trimmed) : ToUpper(trimmed));
     }
   }
   return cleaned;
 }
 
-std::vector<std::string> NormalizeList(const std::vector<std::string>& list, bool toLowerCase) {
-  std::vector<std::string> normalized = CleanList(list, toLowerCase);
+std::vector<std::string> NormalizeList(const std::vector<std::string>& list, bool to_lower_case) {
+  std::vector<std::string> normalized = CleanList(list, to_lower_case);
   std::sort(normalized.begin(), normalized.end());
   return normalized;
 }

@@ -30,9 +30,9 @@ std::string Join(const std::vector<std::string>& list);
 /// The elements in order, trimmed and in lower or upper case, without empty ones. An element is left out as a
 /// repeat when, as given, it equals one that is already in the result: repeats are only noticed in elements
 /// that were in the cleaned form to begin with.
-std::vector<std::string> CleanList(const std::vector<std::string>& list, bool toLowerCase);
+std::vector<std::string> CleanList(const std::vector<std::string>& list, bool to_lower_case);
 /// CleanList, sorted ascending by bytes.
-std::vector<std::string> NormalizeList(const std::vector<std::string>& list, bool toLowerCase);
+std::vector<std::string> NormalizeList(const std::vector<std::string>& list, bool to_lower_case);
 
 /// Whether two texts are equal but for letter case and the white space at their ends.
 bool EqualsNoCase(std::string_view a, std::string_view b);

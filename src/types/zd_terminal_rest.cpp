@@ -158,8 +158,8 @@ bool CKelServiceTypeZDTerminalREST::GetAttrServicediscoveryIsDa() const {
   return IsTrueText(GetAttributeValue(ATTR_SERVICEDISCOVERY_IS_DA));
 }
 
-void CKelServiceTypeZDTerminalREST::SetAttrServicediscoveryIsDa(const bool& isDa) {
-  SetAttributeValue(ATTR_SERVICEDISCOVERY_IS_DA, BoolToText(isDa));
+void CKelServiceTypeZDTerminalREST::SetAttrServicediscoveryIsDa(const bool& is_da) {
+  SetAttributeValue(ATTR_SERVICEDISCOVERY_IS_DA, BoolToText(is_da));
 }
 
 std::vector<std::string> CKelServiceTypeZDTerminalREST::GetAttrServicediscoveryDaAddresses() const {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <ostream>
 #include <string>
 #include <type_traits>
@@ -52,6 +53,24 @@ const TagRow kTags[] = {
     {IKelServiceType::ATTR_SERVICEHOST_INSTANCE_NAME, 29, "x-servicehost-instance-name"},
 };
 
+// Is destroyed after everything that is made later, the tables of the library included, and then looks a tag
+// up.
+class LateLookup {
+ public:
+  static constexpr int kFound = 7;
+
+  ~LateLookup() {
+    if (armed) {
+      std::_Exit(
+          IKelServiceType::StringToEAttr("x-version", nullptr) == IKelServiceType::ATTR_VERSION ? kFound : 1);
+    }
+  }
+
+  bool armed = false;
+};
+
+LateLookup late_lookup;
+
 // Looked up while the program is loaded, like a table of the library that is built from tags would.
 const std::string text_at_load = IKelServiceType::ToString(IKelServiceType::ATTR_SERVER_NS_IPS);
 const IKelServiceType::EAttr tag_at_load = IKelServiceType::StringToEAttr("x-version", nullptr);
@@ -102,6 +121,15 @@ TEST(AttributeTagsTest, OtherNumbersHaveNoText) {
 TEST(AttributeTagsTest, CanBeLookedUpWhileTheProgramIsLoaded) {
   EXPECT_EQ(text_at_load, "x-server-ns-ips");
   EXPECT_EQ(tag_at_load, IKelServiceType::ATTR_VERSION);
+}
+
+TEST(AttributeTagsDeathTest, CanBeLookedUpWhileTheProcessEnds) {
+  EXPECT_EXIT(
+      {
+        late_lookup.armed = true;
+        std::exit(0);
+      },
+      testing::ExitedWithCode(LateLookup::kFound), "");
 }
 
 TEST(AttributeTagsTest, TagIsAnInteger) {
