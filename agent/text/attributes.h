@@ -1,31 +1,20 @@
 // Attribute lists (RFC 2608 section 5): "(tag=value,value),keyword". Values; any thread.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "base/error.h"
+#include "text/attribute_value.h"
 
 namespace slp {
 
-/// Bytes of an opaque value, written as \FF and escaped pairs.
-using Opaque = std::vector<std::uint8_t>;
-
-/// One value: "true"/"false" in any case, a decimal integer that fits in 32 bits, opaque bytes, or an
-/// unescaped string.
-struct AttributeValue {
-  std::variant<std::string, std::int32_t, bool, Opaque> content;
-  std::string raw;  ///< as it stood in the list, still escaped
-
-  bool operator==(const AttributeValue&) const = default;
-};
-
 /// A keyword has no values; "(tag=)" has one empty string.
 struct Attribute {
-  std::string tag;  ///< in the case that it was given in
+  std::string tag;  ///< unescaped, in the case that it was given in
   std::vector<AttributeValue> values;
 
   bool IsKeyword() const { return values.empty(); }
@@ -35,20 +24,24 @@ struct Attribute {
 class AttributeList {
  public:
   /// kParseError for unbalanced brackets, a reserved character that stands unescaped, a control character, a
-  /// bad escape, an empty or invalid tag or one that appears twice. What parses here can be matched, written
-  /// and read again later without another failure. The empty text is the empty list.
+  /// bad escape, an empty or invalid tag or one that appears twice, values of different types in one
+  /// attribute. What parses here can be matched, written and read again later without another failure. The
+  /// empty text is the empty list. Blanks around an attribute are skipped, and "(keyword)" is taken for
+  /// "keyword".
   static Result<AttributeList> Parse(std::string_view text);
 
   const std::vector<Attribute>& items() const { return items_; }
   bool empty() const { return items_.empty(); }
 
-  /// Null when the list has no such attribute; tags compare as SLP compares strings.
+  /// Null when the list has no such attribute; tags compare as SLP compares strings. Takes time logarithmic
+  /// in the number of attributes.
   const Attribute* Find(std::string_view tag) const;
 
   /// Replaces or adds the attributes of `update` (an incremental registration, RFC 2608 section 9.3).
   void Merge(const AttributeList& update);
 
-  /// Removes the attributes whose tags match one of `patterns`; a '*' in a pattern stands for any text.
+  /// Removes the attributes whose tags match one of `patterns`; a '*' in a pattern stands for any text. A
+  /// pattern that IsValidTagPattern refuses matches nothing.
   void RemoveMatching(const std::vector<std::string>& patterns);
 
   /// Only the attributes whose tags match one of `patterns`; no patterns: all.
@@ -60,11 +53,19 @@ class AttributeList {
   bool operator==(const AttributeList&) const = default;
 
  private:
+  /// Brings order_ up to date with items_.
+  void Sort();
+  bool HasDuplicates() const;
+  std::optional<std::size_t> IndexOf(std::string_view tag) const;
+
   std::vector<Attribute> items_;
+  std::vector<std::size_t> order_;  // indices into items_, ordered by tag
 };
 
 /// The raw value text of `tag` in `list`, for SLPParseAttrs: everything between '=' and ')', still escaped;
-/// "" for a keyword. kParseError when the tag is absent or the list is malformed.
+/// "" for a keyword. kParseError when the tag is absent or the brackets and commas of the list do not fit
+/// together. What stands inside the brackets is not judged: a list that an indulgent daemon handed out stays
+/// readable.
 Result<std::string> RawAttributeValue(std::string_view list, std::string_view tag);
 
 }  // namespace slp

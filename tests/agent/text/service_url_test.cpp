@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
+#include "agent/text/mutation.h"
 #include "agent/text/outcome.h"
 
 namespace slp {
@@ -112,22 +111,10 @@ TEST(ParseServiceUrl, AnyMutationParsesOrFailsAndItsPartsComeFromTheText) {
   const std::string seeds[] = {
       "service:zdrest.tamro:http://u@10.0.0.5:8080/api;a=b", "service:x://[fe80::1%eth0]:80/p",
       "service:x:/ipx/0000A1b2:00001b4c5d6e:0451/p", "service:x:/at/a:b@c", "http://h"};
-  const std::string alphabet = Bytes("service:/@[]%;.?#0919aF \0\xFF\\");
-  std::mt19937 random(2609);
+  Mutator mutator(2609, Bytes("service:/@[]%;.?#0919aF \0\xFF\\"));
   int parsed = 0;
   for (int round = 0; round < 50000; ++round) {
-    std::string text = seeds[random() % std::size(seeds)];
-    for (auto edits = 1 + random() % 4; edits > 0; --edits) {
-      const std::size_t at = random() % (text.size() + 1);
-      const auto kind = random() % 3;
-      if (kind == 0 || at == text.size()) {
-        text.insert(at, 1, alphabet[random() % alphabet.size()]);
-      } else if (kind == 1) {
-        text.erase(at, 1 + random() % 3);
-      } else {
-        text[at] = alphabet[random() % alphabet.size()];
-      }
-    }
+    const std::string text = mutator.Mutate(seeds[mutator.Below(std::size(seeds))]);
     const auto url = ValueOf(ParseServiceUrl(text));
     if (!url) {
       continue;

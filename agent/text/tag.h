@@ -1,0 +1,34 @@
+// Attribute tags, and the tag lists with wildcards that ask for them (RFC 2608 sections 5 and 9.4). Values;
+// any thread.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "base/error.h"
+
+namespace slp {
+
+/// A tag as it stands in a list or a predicate, unescaped and without white space around it. kParseError when
+/// it is empty, has a bad escape, or holds a character that no tag may have.
+Result<std::string> ParseTag(std::string_view raw);
+
+/// Whether `pattern` is an item of a tag list: a tag, in which a '*' may stand for any characters.
+bool IsValidTagPattern(std::string_view pattern);
+
+/// A tag list made ready for many questions.
+class TagPatterns {
+ public:
+  /// Items that are not valid match nothing.
+  explicit TagPatterns(const std::vector<std::string>& patterns);
+
+  bool Matches(std::string_view tag) const;
+
+ private:
+  std::unordered_set<std::string> plain_;            // in normal form
+  std::vector<std::vector<std::string>> wildcards_;  // cut at the stars
+};
+
+}  // namespace slp
