@@ -1,4 +1,9 @@
 // Search predicates: LDAPv3 filters over attributes (RFC 2608 section 8.1, RFC 2254). Values; any thread.
+//
+// The one escape, a backslash and two hexadecimal digits, is that of both RFCs. Commas and other characters
+// that SLP reserves may also stand raw in an operand, as RFC 2254 allows; "\2a" is a star that is no
+// wildcard. White space around brackets, operators, tags and operands is skipped. Extensible matches are
+// refused.
 #pragma once
 
 #include <memory>
@@ -16,11 +21,11 @@ struct PredicateNode {
   enum class Kind { kAnd, kOr, kNot, kEqual, kApproximate, kLessOrEqual, kGreaterOrEqual, kPresent };
 
   Kind kind = Kind::kPresent;
-  std::vector<PredicateNode> children;  ///< kAnd, kOr: any number; kNot: one
+  std::vector<PredicateNode> children;  ///< kAnd, kOr: at least one; kNot: one
 
   std::string tag;  ///< comparisons: in normal form
-  /// kEqual, kApproximate: the unescaped pieces between the wildcards, in normal form; one piece: no
-  /// wildcard.
+  /// Comparisons: the unescaped pieces between the wildcards, in normal form; one piece: no wildcard. Only
+  /// kEqual has more. kPresent: none.
   std::vector<std::string> pieces;
   AttributeValue value;  ///< comparisons without a wildcard: the typed operand
 };
@@ -29,8 +34,9 @@ struct PredicateNode {
 class Predicate {
  public:
   /// Deepest nesting of operators that is taken; a deeper one is a kParseError.
-  static constexpr int kMaximumDepth = 64;
+  static constexpr int kMaximumDepth = 256;
 
+  /// Takes time and memory linear in the text.
   static Result<Predicate> Parse(std::string_view text);
 
   bool Matches(const AttributeList& attributes) const;
