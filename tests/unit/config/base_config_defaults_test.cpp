@@ -8,17 +8,13 @@
 
 #include "kelsd/CKelSLPConfig.h"
 #include "unit/config/base_values.h"
+#include "unit/config/constants.h"
 
 namespace kelsd {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-template <typename T, typename Constant>
-bool HoldsExactly(Constant& constant, T value) {
-  return std::is_same_v<Constant, const T> && constant == value;
-}
 
 TEST(BaseConfigDefaults, AreTheGivenConstants) {
   EXPECT_TRUE(HoldsExactly<int>(CKelSLPConfig::MULTICASTTTL_DEFAULT, 255));

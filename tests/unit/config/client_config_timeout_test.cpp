@@ -1,0 +1,122 @@
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "kelsd/CKelSLPClientConfig.h"
+#include "support/same_result.h"
+#include "unit/config/client_values.h"
+
+namespace kelsd {
+namespace {
+
+using ::testing::ElementsAre;
+
+const SResult kSuccess(SResult::ERR_SUCCESS);
+
+const std::vector<int> kFour = {500, 750, 1100, 1600};
+const std::vector<int> kFive = {500, 750, 1100, 1600, 2000};
+const std::vector<int> kFourThenGuide = {500, 750, 1100, 1600, 2000, 3000};
+
+/// A record whose timing differs from the defaults and whose timeout is none that the tests set.
+CKelSLPClientConfig OtherRecord() {
+  CKelSLPClientConfig config;
+  EXPECT_THAT(config.SetDADiscoveryMaximumWaitAndTimeouts(777, {111}), SameResult(kSuccess));
+  EXPECT_THAT(config.SetMulticastMaximumWaitAndTimeouts(888, {112}), SameResult(kSuccess));
+  EXPECT_THAT(config.SetUnicasttMaximumWaitAndTimeouts(999, {113}), SameResult(kSuccess));
+  return config;
+}
+
+TEST(ClientConfigTimeout, IsDividedInTheProportionsOfTheDefaults) {
+  const struct {
+    int timeout;
+    int da_discovery_wait;
+    std::vector<int> da_discovery_timeouts;
+    int multicast_wait;
+    std::vector<int> multicast_timeouts;
+    int unicast_wait;
+    std::vector<int> unicast_timeouts;
+  } rows[] = {
+      {10000, 4000, kFour, 6000, kFive, 4000, kFour},
+      {15000, 6000, kFive, 9000, kFourThenGuide, 6000, kFive},
+      {30000, 12000, kFourThenGuide, 18000, kFourThenGuide, 12000, kFourThenGuide},
+      {1252, 501, kFour, 751, kFive, 501, kFour},
+      {12001, 4800, kFour, 7201, kFive, 4801, kFour},
+      // The fifth timeout fits from a wait of 5951 on, the sixth from 8951 on.
+      {14875, 5950, kFour, 8925, kFive, 5950, kFour},
+      {14877, 5951, kFive, 8926, kFive, 5951, kFive},
+      {14917, 5967, kFive, 8950, kFive, 5967, kFive},
+      {14918, 5967, kFive, 8951, kFourThenGuide, 5967, kFive},
+      {22377, 8951, kFourThenGuide, 13426, kFourThenGuide, 8951, kFourThenGuide},
+      {std::numeric_limits<int>::max(), 858993459, kFourThenGuide, 1288490188, kFourThenGuide, 858993459,
+       kFourThenGuide},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.timeout);
+    CKelSLPClientConfig config = OtherRecord();
+    EXPECT_THAT(config.SetTimeout(row.timeout), SameResult(kSuccess));
+    EXPECT_EQ(ReadTiming(config),
+              std::make_tuple(row.da_discovery_wait, row.da_discovery_timeouts, row.multicast_wait,
+                              row.multicast_timeouts, row.unicast_wait, row.unicast_timeouts, row.timeout));
+  }
+}
+
+TEST(ClientConfigTimeout, IsRefusedWhenAWaitGetsTooSmall) {
+  const std::string too_small = "The unicast maximum wait is too small (must be at least 501): ";
+  const struct {
+    int timeout;
+    std::vector<int> refused_waits;
+  } rows[] = {
+      {1251, {500}},
+      {1250, {500, 500}},
+      {1000, {400, 400}},
+      {834, {334, 500, 333}},
+      {0, {0, 0, 0}},
+      {-5, {-2, -3, -2}},
+      {std::numeric_limits<int>::min(), {-858993459, -1288490189, -858993459}},
+  };
+  for (const auto& row : rows) {
+    std::string detail =
+        "Invalid timeout value of " + std::to_string(row.timeout) + " provided (too small). ";
+    for (const int wait : row.refused_waits) {
+      detail += too_small + std::to_string(wait) + ". ";
+    }
+    CKelSLPClientConfig config = OtherRecord();
+    const auto before = ReadTiming(config);
+    EXPECT_THAT(config.SetTimeout(row.timeout),
+                SameResult(SResult(SResult::ERR_INVALID_PARAMETER, detail,
+                                   "kelsd::CKelSLPClientConfig::SetTimeout")));
+    EXPECT_EQ(ReadTiming(config), before);
+  }
+}
+
+TEST(ClientConfigTimeout, TellsTheRefusalWordForWord) {
+  CKelSLPClientConfig config;
+  EXPECT_THAT(
+      config.SetTimeout(1000),
+      SameResult(SResult(SResult::ERR_INVALID_PARAMETER,
+                         "Invalid timeout value of 1000 provided (too small). The unicast maximum wait "
+                         "is too small (must be at least 501): 400. The unicast maximum wait is too "
+                         "small (must be at least 501): 400. ",
+                         "kelsd::CKelSLPClientConfig::SetTimeout")));
+  EXPECT_EQ(ReadTiming(config), std::make_tuple(4000, kFour, 6000, kFive, 4000, kFour, 10000));
+}
+
+TEST(ClientConfigTimeout, ThatTheRecordHasAlreadyChangesNothing) {
+  CKelSLPClientConfig config;
+  ASSERT_THAT(config.SetUnicasttMaximumWaitAndTimeouts(999, {113}), SameResult(kSuccess));
+  EXPECT_THAT(config.SetTimeout(10000), SameResult(kSuccess));
+  EXPECT_EQ(ReadTiming(config), std::make_tuple(4000, kFour, 6000, kFive, 999, std::vector<int>{113}, 10000));
+
+  // Also one that would be refused otherwise.
+  ASSERT_THAT(config.SetDADiscoveryMaximumWaitAndTimeouts(501, {111}), SameResult(kSuccess));
+  ASSERT_THAT(config.SetMulticastMaximumWaitAndTimeouts(501, {112}), SameResult(kSuccess));
+  ASSERT_EQ(config.GetTimeout(), 1002);
+  EXPECT_THAT(config.SetTimeout(1002), SameResult(kSuccess));
+  EXPECT_THAT(config.GetDADiscoveryTimeouts(), ElementsAre(111));
+}
+
+}  // namespace
+}  // namespace kelsd
