@@ -1,0 +1,163 @@
+#include "net/listen_sockets.h"
+
+#include <asio/ip/multicast.hpp>
+#include <asio/socket_base.hpp>
+
+#ifdef _WIN32
+#include <mstcpip.h>
+#endif
+
+namespace slp {
+namespace {
+
+using asio::ip::udp;
+
+// What differs between the systems, so that the functions below read the same for both.
+#ifdef _WIN32
+asio::error_code Exclusive(asio::detail::socket_type socket) {
+  const BOOL on = TRUE;
+  return ::setsockopt(socket, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on),
+                      sizeof on) == 0
+             ? asio::error_code()
+             : asio::error_code(::WSAGetLastError(), asio::system_category());
+}
+
+// Without this a datagram that nobody wanted makes the next receive fail with "connection reset".
+void IgnoreUnreachablePeers(asio::detail::socket_type socket) {
+  BOOL off = FALSE;
+  DWORD returned = 0;
+  ::WSAIoctl(socket, _WSAIOW(IOC_VENDOR, 12), &off, sizeof off, nullptr, 0, &returned, nullptr, nullptr);
+}
+
+asio::error_code OwnMembershipsOnly(asio::detail::socket_type) {
+  return {};
+}
+
+asio::error_code ReuseAfterRestart(asio::ip::tcp::acceptor& acceptor) {
+  return Exclusive(acceptor.native_handle());
+}
+#else
+asio::error_code Exclusive(int) {
+  return {};
+}
+
+void IgnoreUnreachablePeers(int) {}
+
+asio::error_code OwnMembershipsOnly(int socket) {
+#ifdef IP_MULTICAST_ALL
+  const int off = 0;
+  if (::setsockopt(socket, IPPROTO_IP, IP_MULTICAST_ALL, &off, sizeof off) != 0) {
+    return {errno, asio::system_category()};
+  }
+#else
+  static_cast<void>(socket);
+#endif
+  return {};
+}
+
+asio::error_code ReuseAfterRestart(asio::ip::tcp::acceptor& acceptor) {
+  asio::error_code error;
+  acceptor.set_option(asio::socket_base::reuse_address(true), error);
+  return error;
+}
+#endif
+
+// Runs the steps in order until one fails.
+template <typename... Steps>
+asio::error_code InOrder(Steps... steps) {
+  asio::error_code error;
+  static_cast<void>(((error = steps(), !error) && ...));
+  return error;
+}
+
+template <typename Socket, typename Option>
+asio::error_code SetOption(Socket& socket, const Option& option) {
+  asio::error_code error;
+  socket.set_option(option, error);
+  return error;
+}
+
+template <typename Socket, typename Protocol>
+asio::error_code Open(Socket& socket, const Protocol& protocol) {
+  asio::error_code error;
+  socket.open(protocol, error);
+  return error;
+}
+
+template <typename Socket, typename Endpoint>
+asio::error_code Bind(Socket& socket, const Endpoint& local) {
+  asio::error_code error;
+  socket.bind(local, error);
+  return error;
+}
+
+template <typename Socket>
+asio::error_code MakeNonBlocking(Socket& socket) {
+  asio::error_code error;
+  socket.non_blocking(true, error);
+  return error;
+}
+
+asio::error_code SendGroupsBy(udp::socket& socket, const asio::ip::address& address) {
+  return address.is_v4() ? SetOption(socket, asio::ip::multicast::outbound_interface(address.to_v4()))
+                         : SetOption(socket, asio::ip::multicast::outbound_interface(
+                                                 static_cast<unsigned int>(address.to_v6().scope_id())));
+}
+
+}  // namespace
+
+#ifdef _WIN32
+const bool kUnicastSocketHearsGroup = true;
+#else
+const bool kUnicastSocketHearsGroup = false;
+#endif
+
+asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& local, int ttl) {
+  return InOrder([&] { return Open(socket, local.protocol()); },
+                 [&] { return Exclusive(socket.native_handle()); },
+                 [&] { return SendGroupsBy(socket, local.address()); },
+                 [&] { return SetOption(socket, asio::ip::multicast::hops(ttl)); },
+                 [&] { return SetOption(socket, asio::socket_base::broadcast(true)); },
+                 [&] { return Bind(socket, local); },
+                 [&] {
+                   IgnoreUnreachablePeers(socket.native_handle());
+                   return MakeNonBlocking(socket);
+                 });
+}
+
+asio::error_code OpenGroupSocket(udp::socket& socket, const asio::ip::address& group, std::uint16_t port,
+                                 const asio::ip::address& interface_address) {
+  const udp::endpoint local(group, port);
+  return InOrder(
+      [&] { return Open(socket, local.protocol()); },
+      [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
+      [&] { return OwnMembershipsOnly(socket.native_handle()); }, [&] { return Bind(socket, local); },
+      [&] { return JoinGroup(socket, group, interface_address); }, [&] { return MakeNonBlocking(socket); });
+}
+
+asio::error_code OpenBroadcastSocket(udp::socket& socket, const udp::endpoint& broadcast) {
+  return InOrder([&] { return Open(socket, broadcast.protocol()); },
+                 [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
+                 [&] { return Bind(socket, broadcast); }, [&] { return MakeNonBlocking(socket); });
+}
+
+asio::error_code JoinGroup(udp::socket& socket, const asio::ip::address& group,
+                           const asio::ip::address& interface_address) {
+  return group.is_v4()
+             ? SetOption(socket, asio::ip::multicast::join_group(group.to_v4(), interface_address.to_v4()))
+             : SetOption(socket, asio::ip::multicast::join_group(group.to_v6(),
+                                                                 interface_address.to_v6().scope_id()));
+}
+
+asio::error_code OpenAcceptor(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& local) {
+  return InOrder([&] { return Open(acceptor, local.protocol()); },
+                 [&] { return ReuseAfterRestart(acceptor); }, [&] { return Bind(acceptor, local); },
+                 [&] {
+                   asio::error_code error;
+                   acceptor.listen(asio::socket_base::max_listen_connections, error);
+                   return error;
+                 },
+                 [&] { return MakeNonBlocking(acceptor); });
+}
+
+}  // namespace slp

@@ -1,0 +1,40 @@
+// The sockets on which a daemon listens, opened with the options that SLP needs of each. Any thread, one
+// socket at a time.
+#pragma once
+
+#include <asio/ip/address.hpp>
+#include <asio/ip/tcp.hpp>
+#include <asio/ip/udp.hpp>
+#include <cstdint>
+
+namespace slp {
+
+/// Where the system delivers a group's datagrams to sockets that are bound to an interface's address
+/// (Windows), the unicast socket itself joins the group and its datagrams are told apart by the flag in their
+/// header. Elsewhere a second socket is bound to the group.
+extern const bool kUnicastSocketHearsGroup;
+
+/// A non-blocking datagram socket bound to `local`; what it sends to a group leaves by this address with
+/// `ttl` hops. A second program can't bind the same address and port.
+asio::error_code OpenUnicastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& local,
+                                   int ttl);
+
+/// A non-blocking socket bound to the group that hears what reaches it through the interface of
+/// `interface_address`, and nothing that other sockets of this host have joined. Several programs may hold
+/// one.
+asio::error_code OpenGroupSocket(asio::ip::udp::socket& socket, const asio::ip::address& group,
+                                 std::uint16_t port, const asio::ip::address& interface_address);
+
+/// A non-blocking socket bound to a broadcast address, whatever interface its datagrams come through. Several
+/// programs may hold one. Not needed where kUnicastSocketHearsGroup.
+asio::error_code OpenBroadcastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& broadcast);
+
+/// Lets a socket hear `group` through the interface of `interface_address`.
+asio::error_code JoinGroup(asio::ip::udp::socket& socket, const asio::ip::address& group,
+                           const asio::ip::address& interface_address);
+
+/// A listening TCP socket. A restarted program can take an address again whose old connections still linger,
+/// a second one can't take it while the first listens.
+asio::error_code OpenAcceptor(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& local);
+
+}  // namespace slp
