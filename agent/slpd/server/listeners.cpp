@@ -1,0 +1,228 @@
+#include "slpd/server/listeners.h"
+
+#include <algorithm>
+
+#include "net/addresses.h"
+#include "net/interfaces.h"
+#include "net/listen_sockets.h"
+
+namespace slp {
+namespace {
+
+using asio::ip::tcp;
+using asio::ip::udp;
+
+std::string EndpointText(const asio::ip::address& address, std::uint16_t port) {
+  return (address.is_v6() ? "[" + address.to_string() + "]" : address.to_string()) + ":" +
+         std::to_string(port);
+}
+
+// What the administrator can do about it.
+std::string Advice(const asio::error_code& error, std::uint16_t port) {
+  constexpr std::uint16_t kFirstUnprivilegedPort = 1024;
+  if (error == asio::error::address_in_use) {
+    return "; another SLP agent may be running: stop it, or choose another port with net.slp.port";
+  }
+  if (error == asio::error::access_denied) {
+    return port < kFirstUnprivilegedPort ? "; ports below 1024 need the administrator's rights: run slpd "
+                                           "with them, or choose a higher port "
+                                           "with net.slp.port"
+                                         : "; another program may hold the port for itself: stop it, or "
+                                           "choose another port with net.slp.port";
+  }
+  return {};
+}
+
+std::string CannotServe(std::string_view transport, const asio::ip::address& address, std::uint16_t port,
+                        const std::string& name, const asio::error_code& error) {
+  return "cannot serve " + std::string(transport) + " " + EndpointText(address, port) + " (" + name +
+         "): " + error.message() + Advice(error, port);
+}
+
+}  // namespace
+
+void Listeners::Place::Start() const {
+  unicast->Start();
+  stream->Start();
+}
+
+void Listeners::Place::Close() const {
+  unicast->Close();
+  stream->Close();
+  if (group) {
+    group->Close();
+  }
+}
+
+Listeners::Listeners(asio::io_context& io, MessageReceiver& receiver, const ConnectionLimits& limits)
+    : io_(io), receiver_(receiver), connections_(receiver, limits) {}
+
+Listeners::~Listeners() {
+  Close();
+}
+
+// Steps:
+// 1. Open what the plan wants and is not open yet; what fails is told.
+// 2. With nothing open at the end, leave all as it was.
+// 3. Close what the plan no longer wants, start what is new.
+// 4. Join the group where the plan wants it and it is not joined yet.
+bool Listeners::Apply(const ListenPlan& plan, std::vector<std::string>& problems) {
+  std::map<Key, Place> next;
+  std::vector<Key> opened;
+  for (const ListenPlace& wanted : plan.places) {
+    const Key key(wanted.address, plan.port);
+    const auto present = places_.find(key);
+    if (present != places_.end()) {
+      next.insert(*present);
+    } else if (next.count(key) == 0) {
+      if (auto place = Open(wanted, plan, problems)) {
+        next.emplace(key, std::move(*place));
+        opened.push_back(key);
+      }
+    }
+  }
+  if (next.empty()) {
+    return false;
+  }
+  for (const auto& [key, place] : places_) {
+    if (next.count(key) == 0) {
+      place.Close();
+    }
+  }
+  const bool broadcast_changed = plan.broadcast != plan_.broadcast || plan.port != plan_.port;
+  places_ = std::move(next);
+  plan_ = plan;
+  for (const Key& key : opened) {
+    places_.at(key).Start();
+  }
+  for (const ListenPlace& wanted : plan.places) {
+    const auto place = places_.find({wanted.address, plan.port});
+    if (wanted.group && place != places_.end() && !place->second.in_group) {
+      OpenGroup(place->second, wanted, plan, problems);
+    }
+  }
+  if (broadcast_changed) {
+    OpenBroadcast(plan, problems);
+  }
+  return true;
+}
+
+void Listeners::Close() {
+  for (const auto& [key, place] : places_) {
+    place.Close();
+  }
+  places_.clear();
+  if (broadcast_) {
+    broadcast_->Close();
+    broadcast_.reset();
+  }
+  connections_.CloseAll();
+  plan_ = {};
+}
+
+std::vector<std::string> Listeners::ServedEndpoints() const {
+  std::vector<std::string> endpoints;
+  for (const ListenPlace& place : plan_.places) {
+    if (places_.count({place.address, plan_.port}) > 0) {
+      endpoints.push_back(EndpointText(place.address, plan_.port));
+    }
+  }
+  return endpoints;
+}
+
+std::vector<std::string> Listeners::ServedAddresses() const {
+  std::vector<std::string> addresses;
+  for (const ListenPlace& place : plan_.places) {
+    if (places_.count({place.address, plan_.port}) > 0) {
+      addresses.push_back(place.address.to_string());
+    }
+  }
+  return addresses;
+}
+
+void Listeners::SendToGroup(std::span<const std::uint8_t> message) {
+  for (const ListenPlace& wanted : plan_.places) {
+    const auto place = places_.find({wanted.address, plan_.port});
+    if (place != places_.end() && place->second.in_group &&
+        !place->second.unicast->Send(message, udp::endpoint(kMulticastGroup, plan_.port))) {
+      receiver_.OnDropped("the group could not be reached", message.size(),
+                          {kMulticastGroup, wanted.address, Transport::kUdpMulticast});
+    }
+  }
+}
+
+std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const ListenPlan& plan,
+                                                std::vector<std::string>& problems) {
+  udp::socket unicast(io_);
+  if (const auto error = OpenUnicastSocket(unicast, {wanted.address, plan.port}, plan.multicast_hops)) {
+    problems.push_back(CannotServe("UDP", wanted.address, plan.port, wanted.interface_name, error));
+    return std::nullopt;
+  }
+  tcp::acceptor acceptor(io_);
+  if (const auto error = OpenAcceptor(acceptor, {wanted.address, plan.port})) {
+    problems.push_back(CannotServe("TCP", wanted.address, plan.port, wanted.interface_name, error));
+    return std::nullopt;
+  }
+  Place place;
+  place.unicast = std::make_shared<DatagramListener>(std::move(unicast), receiver_);
+  place.stream = std::make_shared<StreamListener>(std::move(acceptor), connections_);
+  return place;
+}
+
+void Listeners::OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
+                          std::vector<std::string>& problems) {
+  udp::socket socket(io_);
+  const auto error = kUnicastSocketHearsGroup
+                         ? place.unicast->Join(kMulticastGroup)
+                         : OpenGroupSocket(socket, kMulticastGroup, plan.port, wanted.address);
+  if (error) {
+    problems.push_back("multicast requests are not heard on " + wanted.address.to_string() + " (" +
+                       wanted.interface_name + "): " + error.message());
+    return;
+  }
+  place.in_group = true;
+  if (!kUnicastSocketHearsGroup) {
+    place.group = std::make_shared<DatagramListener>(
+        std::move(socket), receiver_,
+        [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); });
+    place.group->Start();
+  }
+}
+
+void Listeners::OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems) {
+  if (broadcast_) {
+    broadcast_->Close();
+    broadcast_.reset();
+  }
+  if (kUnicastSocketHearsGroup || plan.broadcast.is_unspecified()) {
+    return;
+  }
+  udp::socket socket(io_);
+  if (const auto error = OpenBroadcastSocket(socket, {plan.broadcast, plan.port})) {
+    problems.push_back("broadcast requests to " + plan.broadcast.to_string() +
+                       " are not heard: " + error.message());
+    return;
+  }
+  broadcast_ = std::make_shared<DatagramListener>(
+      std::move(socket), receiver_,
+      [this](const asio::ip::address& sender) { return ListenerFacing(sender); });
+  broadcast_->Start();
+}
+
+DatagramListener* Listeners::ListenerFacing(const asio::ip::address& sender) const {
+  if (!sender.is_v4()) {
+    return nullptr;
+  }
+  std::vector<Interface> all = EnumerateInterfaces();
+  std::erase_if(all, [this](const Interface& entry) {
+    return places_.count({entry.address, plan_.port}) == 0;
+  });
+  for (const Interface& entry : all) {
+    if (IsOnOwnNetwork({entry}, sender.to_v4())) {
+      return places_.at({entry.address, plan_.port}).unicast.get();
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace slp

@@ -1,0 +1,72 @@
+// All sockets of the daemon, opened after a plan and changed to another one while it runs. On the thread that
+// runs the event loop.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "slpd/server/connection_limits.h"
+#include "slpd/server/datagram_listener.h"
+#include "slpd/server/listen_plan.h"
+#include "slpd/server/message_receiver.h"
+#include "slpd/server/stream_listener.h"
+
+namespace slp {
+
+class Listeners {
+ public:
+  /// `io` and `receiver` outlive the listeners.
+  Listeners(asio::io_context& io, MessageReceiver& receiver, const ConnectionLimits& limits);
+  Listeners(const Listeners&) = delete;
+  Listeners& operator=(const Listeners&) = delete;
+  ~Listeners();
+
+  /// Brings the sockets in line with the plan; places that stay as they are keep their sockets, and
+  /// connections are never cut. A place that can't be opened is told in `problems` and costs the others
+  /// nothing. False when nothing of the plan could be opened; then everything stays as it was.
+  [[nodiscard]] bool Apply(const ListenPlan& plan, std::vector<std::string>& problems);
+
+  void Close();
+
+  /// "127.0.0.1:427", in the plan's order.
+  std::vector<std::string> ServedEndpoints() const;
+
+  /// The served addresses, in the plan's order.
+  std::vector<std::string> ServedAddresses() const;
+
+  /// One datagram to the SLP group through every place that has joined it.
+  void SendToGroup(std::span<const std::uint8_t> message);
+
+  const ConnectionTable& connections() const { return connections_; }
+
+ private:
+  struct Place {
+    std::shared_ptr<DatagramListener> unicast;
+    std::shared_ptr<DatagramListener> group;
+    std::shared_ptr<StreamListener> stream;
+    bool in_group = false;
+    void Start() const;
+    void Close() const;
+  };
+  using Key = std::pair<asio::ip::address, std::uint16_t>;
+
+  std::optional<Place> Open(const ListenPlace& wanted, const ListenPlan& plan,
+                            std::vector<std::string>& problems);
+  void OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
+                 std::vector<std::string>& problems);
+  void OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems);
+  DatagramListener* ListenerFacing(const asio::ip::address& sender) const;
+
+  asio::io_context& io_;
+  MessageReceiver& receiver_;
+  ConnectionTable connections_;
+  std::map<Key, Place> places_;
+  std::shared_ptr<DatagramListener> broadcast_;
+  ListenPlan plan_;
+};
+
+}  // namespace slp

@@ -1,0 +1,243 @@
+#include "slpd/server/server.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+#include "slpd/registration_file.h"
+
+namespace slp {
+namespace {
+
+// How long the list of the host's addresses is trusted while requests come in.
+constexpr std::chrono::seconds kInterfacesStayFor{5};
+
+// Whether every entry of the file can be used.
+bool CheckRegistrationFile(const AgentSettings& settings, std::string& reason) {
+  if (settings.registration_file.empty()) {
+    return true;
+  }
+  std::ifstream file(settings.registration_file, std::ios::binary);
+  if (!file) {
+    reason = settings.registration_file + ": cannot be opened";
+    return false;
+  }
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::vector<PropertyProblem> problems;
+  ParseRegistrationFile(text, settings.registration_file, settings.scopes, problems);
+  if (!problems.empty()) {
+    reason = problems.front().ToString();
+  }
+  return problems.empty();
+}
+
+std::string Joined(const std::vector<std::string>& texts, std::string_view separator) {
+  std::string joined;
+  for (const std::string& text : texts) {
+    joined.append(joined.empty() ? "" : separator).append(text);
+  }
+  return joined;
+}
+
+}  // namespace
+
+void Server::Events::OnRegistration(RegistrationEvent event, const RegistrationView& registration) {
+  Trace::OnRegistration(event, registration);
+  if (registration.process_id != 0) {
+    to_review_.push_back(registration.process_id);
+  }
+}
+
+Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits)
+    : log_(log),
+      clock_(std::move(clock)),
+      events_(log, processes_to_review_),
+      registry_(events_),
+      process_watch_(io, [this](std::uint32_t process_id) { OnProcessEnded(process_id); }),
+      listeners_(io, *this, limits),
+      expiry_timer_(io) {}
+
+Server::~Server() {
+  Stop();
+}
+
+bool Server::Start(const Configuration& configuration, std::string& reason) {
+  handler_ = std::make_unique<RequestHandler>(registry_, configuration.settings, events_,
+                                              [this](std::uint32_t process_id) {
+                                                processes_to_review_.push_back(process_id);
+                                                return process_watch_.Watch(process_id);
+                                              });
+  // Registrations of the file are complete before the first request is taken (RFC 2614 section 2.4).
+  configuration_ = configuration;
+  events_.Configure(configuration.settings);
+  LoadRegistrations(configuration.settings);
+
+  std::vector<std::string> problems;
+  if (!listeners_.Apply(MakeListenPlan(configuration.properties, EnumerateInterfaces(), problems),
+                        problems)) {
+    reason = Joined(problems, "; ");
+    return false;
+  }
+  for (const std::string& problem : problems) {
+    log_.Write(LogKind::kProblem, problem);
+  }
+  ApplySettings(configuration.settings);
+  Settle();
+  log_.Write(LogKind::kState, "slpd: ready on " + Joined(listeners_.ServedEndpoints(), ", ") + ", scopes " +
+                                  Joined(configuration.settings.scopes, ","));
+  return true;
+}
+
+// Steps:
+// 1. The registration file must be usable in full.
+// 2. Open new sockets; with none of them open, nothing has changed.
+// 3. Only then the settings and the file's registrations change.
+bool Server::Reload(const Configuration& configuration, std::string& reason) {
+  if (!CheckRegistrationFile(configuration.settings, reason)) {
+    return false;
+  }
+  std::vector<std::string> problems;
+  if (!listeners_.Apply(MakeListenPlan(configuration.properties, EnumerateInterfaces(), problems),
+                        problems)) {
+    reason = Joined(problems, "; ");
+    return false;
+  }
+  for (const std::string& problem : problems) {
+    log_.Write(LogKind::kProblem, problem);
+  }
+  configuration_ = configuration;
+  ApplySettings(configuration.settings);
+  LoadRegistrations(configuration.settings);
+  Settle();
+  log_.Write(LogKind::kState, "slpd: reloaded, serving " + Joined(listeners_.ServedEndpoints(), ", ") +
+                                  ", scopes " + Joined(configuration.settings.scopes, ","));
+  return true;
+}
+
+void Server::FollowInterfaces() {
+  host_interfaces_since_.reset();
+  const std::vector<std::string> before = listeners_.ServedEndpoints();
+  std::vector<std::string> problems;
+  if (listeners_.Apply(MakeListenPlan(configuration_.properties, EnumerateInterfaces(), problems),
+                       problems) &&
+      listeners_.ServedEndpoints() != before) {
+    for (const std::string& problem : problems) {
+      log_.Write(LogKind::kProblem, problem);
+    }
+    ApplySettings(configuration_.settings);
+    log_.Write(LogKind::kState,
+               "slpd: interfaces changed, serving " + Joined(listeners_.ServedEndpoints(), ", "));
+  }
+}
+
+void Server::Stop() {
+  listeners_.Close();
+  expiry_timer_.cancel();
+  armed_for_.reset();
+}
+
+void Server::Tick() {
+  registry_.Expire(Now());
+  armed_for_.reset();
+  Settle();
+}
+
+std::optional<Bytes> Server::OnMessage(std::span<const std::uint8_t> message, const Sender& sender) {
+  auto reply = handler_->Handle(message, OriginOf(sender), Now());
+  Settle();
+  return reply;
+}
+
+void Server::OnDropped(std::string_view reason, std::size_t size, const Sender& sender) {
+  events_.OnDropped(reason, size, OriginOf(sender));
+}
+
+Seconds Server::Now() const {
+  return std::chrono::floor<Seconds>(clock_());
+}
+
+RequestOrigin Server::OriginOf(const Sender& sender) {
+  RequestOrigin origin;
+  origin.address = sender.address.to_string();
+  origin.local_address = sender.local.is_unspecified() ? "" : sender.local.to_string();
+  origin.transport = sender.transport;
+  if (sender.address.is_v4()) {
+    const std::vector<Interface>& interfaces = HostInterfaces();
+    origin.own_host = IsOwnAddress(interfaces, sender.address.to_v4());
+    origin.own_network = origin.own_host || IsOnOwnNetwork(interfaces, sender.address.to_v4());
+  }
+  return origin;
+}
+
+const std::vector<Interface>& Server::HostInterfaces() {
+  const auto now = clock_();
+  if (!host_interfaces_since_ || now - *host_interfaces_since_ > kInterfacesStayFor) {
+    host_interfaces_ = EnumerateInterfaces();
+    host_interfaces_since_ = now;
+  }
+  return host_interfaces_;
+}
+
+void Server::Settle() {
+  ReviewProcesses();
+  ArmExpiry();
+}
+
+void Server::ArmExpiry() {
+  const std::optional<Seconds> next = registry_.NextExpiry();
+  if (next == armed_for_) {
+    return;
+  }
+  armed_for_ = next;
+  if (!next) {
+    expiry_timer_.cancel();
+    return;
+  }
+  expiry_timer_.expires_after(std::max(std::chrono::milliseconds(0), *next - clock_()));
+  expiry_timer_.async_wait([this](const asio::error_code& error) {
+    if (!error) {
+      Tick();
+    }
+  });
+}
+
+// A process is watched from the moment a registration asks for it; when the registration was refused after
+// all, or has left, and no other one is bound to the process, the watch ends.
+void Server::ReviewProcesses() {
+  if (processes_to_review_.empty()) {
+    return;
+  }
+  const std::vector<std::uint32_t> bound = registry_.WatchedProcesses();
+  for (const std::uint32_t process_id : processes_to_review_) {
+    if (!std::binary_search(bound.begin(), bound.end(), process_id)) {
+      process_watch_.Forget(process_id);
+    }
+  }
+  processes_to_review_.clear();
+}
+
+void Server::OnProcessEnded(std::uint32_t process_id) {
+  registry_.DropProcess(process_id);
+  Settle();
+}
+
+void Server::ApplySettings(const AgentSettings& settings) {
+  AgentSettings complete = settings;
+  complete.own_addresses = listeners_.ServedAddresses();
+  handler_->SetSettings(complete);
+  events_.Configure(complete);
+}
+
+void Server::LoadRegistrations(const AgentSettings& settings) {
+  std::vector<PropertyProblem> problems;
+  const std::size_t count = LoadRegistrationFile(settings, registry_, Now(), problems);
+  for (const PropertyProblem& problem : problems) {
+    log_.Write(LogKind::kProblem, problem.ToString());
+  }
+  if (!settings.registration_file.empty()) {
+    log_.Write(LogKind::kState,
+               "slpd: " + std::to_string(count) + " registrations from " + settings.registration_file);
+  }
+}
+
+}  // namespace slp

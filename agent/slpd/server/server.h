@@ -1,0 +1,98 @@
+// The running daemon: sockets, registry, timers and process watch put together. Everything happens on the
+// thread that runs the event loop.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/steady_timer.hpp>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "net/interfaces.h"
+#include "slpd/registry.h"
+#include "slpd/request_handler.h"
+#include "slpd/server/configuration.h"
+#include "slpd/server/connection_limits.h"
+#include "slpd/server/listeners.h"
+#include "slpd/server/log.h"
+#include "slpd/server/message_receiver.h"
+#include "slpd/server/process_watch.h"
+#include "slpd/server/trace.h"
+
+namespace slp {
+
+class Server : private MessageReceiver {
+ public:
+  /// A clock that never goes back.
+  using Clock = std::function<std::chrono::milliseconds()>;
+
+  /// `io` and `log` outlive the server.
+  Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits = {});
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+  ~Server() override;
+
+  /// Registers what the registration file holds and opens the sockets. False when none could be opened;
+  /// `reason` says why. Lesser problems go to the log.
+  [[nodiscard]] bool Start(const Configuration& configuration, std::string& reason);
+
+  /// Another configuration from now on, as a whole or not at all: false when the registration file can't be
+  /// used or no socket could be opened, and all stays as it was. Registrations that programs made are kept,
+  /// sockets change only where interfaces or port do.
+  [[nodiscard]] bool Reload(const Configuration& configuration, std::string& reason);
+
+  /// Looks which interfaces there are now and listens on those that the configuration asks for.
+  void FollowInterfaces();
+
+  void Stop();
+
+  /// Does what is due by the clock and sets the timer anew. Only needed when the clock was moved by hand.
+  void Tick();
+
+  const Registry& registry() const { return registry_; }
+  const Listeners& listeners() const { return listeners_; }
+
+ private:
+  // Tells the log, and the server which processes it may forget.
+  class Events : public Trace {
+   public:
+    Events(Log& log, std::vector<std::uint32_t>& to_review) : Trace(log), to_review_(to_review) {}
+    void OnRegistration(RegistrationEvent event, const RegistrationView& registration) override;
+
+   private:
+    std::vector<std::uint32_t>& to_review_;
+  };
+
+  std::optional<Bytes> OnMessage(std::span<const std::uint8_t> message, const Sender& sender) override;
+  void OnDropped(std::string_view reason, std::size_t size, const Sender& sender) override;
+
+  Seconds Now() const;
+  RequestOrigin OriginOf(const Sender& sender);
+  const std::vector<Interface>& HostInterfaces();
+  void Settle();
+  void ArmExpiry();
+  void ReviewProcesses();
+  void OnProcessEnded(std::uint32_t process_id);
+  void ApplySettings(const AgentSettings& settings);
+  void LoadRegistrations(const AgentSettings& settings);
+
+  Log& log_;
+  Clock clock_;
+  std::vector<std::uint32_t> processes_to_review_;
+  Events events_;
+  Registry registry_;
+  ProcessWatch process_watch_;
+  Listeners listeners_;
+  std::unique_ptr<RequestHandler> handler_;
+  Configuration configuration_;
+  asio::steady_timer expiry_timer_;
+  std::optional<Seconds> armed_for_;
+  std::vector<Interface> host_interfaces_;
+  std::optional<std::chrono::milliseconds> host_interfaces_since_;
+};
+
+}  // namespace slp

@@ -1,0 +1,84 @@
+#include "slpd/server/listen_plan.h"
+
+#include <gtest/gtest.h>
+
+namespace slp {
+namespace {
+
+using asio::ip::make_address;
+using asio::ip::make_address_v4;
+
+const std::vector<Interface> kHost{
+    {"lo", make_address_v4("127.0.0.1"), make_address_v4("255.0.0.0"), true, false, true},
+    {"eth0", make_address_v4("10.0.0.5"), make_address_v4("255.255.255.0"), true, true, false},
+    {"eth1", make_address_v4("10.0.1.5"), make_address_v4("255.255.255.0"), true, true, false},
+};
+
+struct Row {
+  std::string interfaces;
+  std::vector<ListenPlace> places;
+  bool broadcast;
+  std::vector<std::string> problems;
+};
+
+TEST(ListenPlan, ChoosesWhatTheInterfacesSettingSays) {
+  const ListenPlace implicit_loopback{make_address("127.0.0.1"), "loopback", false};
+  const Row rows[] = {
+      {"",
+       {{make_address("10.0.0.5"), "eth0", true},
+        {make_address("10.0.1.5"), "eth1", true},
+        {make_address("127.0.0.1"), "lo", true}},
+       true,
+       {}},
+      {"10.0.1.5", {{make_address("10.0.1.5"), "eth1", true}, implicit_loopback}, true, {}},
+      {"ETH0", {{make_address("10.0.0.5"), "eth0", true}, implicit_loopback}, true, {}},
+      {"127.0.0.1", {{make_address("127.0.0.1"), "lo", true}}, false, {}},
+      {"10.9.9.9,10.0.0.5",
+       {{make_address("10.0.0.5"), "eth0", true}, implicit_loopback},
+       true,
+       {"net.slp.interfaces names 10.9.9.9, which is no address or interface of this host that is up; it is "
+        "not "
+        "served"}},
+  };
+  for (const Row& row : rows) {
+    Properties properties;
+    properties.Set("net.slp.interfaces", row.interfaces);
+    std::vector<std::string> problems;
+    const ListenPlan plan = MakeListenPlan(properties, kHost, problems);
+    EXPECT_EQ(plan, (ListenPlan{row.places, 427, 255,
+                                row.broadcast ? make_address("255.255.255.255") : asio::ip::address()}))
+        << row.interfaces;
+    EXPECT_EQ(problems, row.problems) << row.interfaces;
+  }
+}
+
+TEST(ListenPlan, ASecondLoopbackAddressKeepsToItself) {
+  Properties properties;
+  properties.Set("net.slp.interfaces", "127.0.0.2");
+  std::vector<std::string> problems;
+  const ListenPlan plan = MakeListenPlan(properties, kHost, problems);
+  ASSERT_EQ(plan.places.size(), 1U);
+  EXPECT_EQ(plan.places[0].address, make_address("127.0.0.2"));
+  EXPECT_TRUE(plan.places[0].group);
+}
+
+TEST(ListenPlan, TakesPortHopsAndBroadcastAddress) {
+  Properties properties;
+  properties.Set("net.slp.port", "4270");
+  properties.Set("net.slp.multicastTTL", "3");
+  properties.Set("net.slp.broadcastAddr", "10.0.0.255");
+  std::vector<std::string> problems;
+  ListenPlan plan = MakeListenPlan(properties, kHost, problems);
+  EXPECT_EQ(plan.port, 4270);
+  EXPECT_EQ(plan.multicast_hops, 3);
+  EXPECT_EQ(plan.broadcast, make_address("10.0.0.255"));
+  EXPECT_EQ(problems, std::vector<std::string>());
+
+  properties.Set("net.slp.broadcastAddr", "nowhere");
+  plan = MakeListenPlan(properties, kHost, problems);
+  EXPECT_EQ(plan.broadcast, asio::ip::address());
+  EXPECT_EQ(problems, std::vector<std::string>{"net.slp.broadcastAddr is no address: nowhere"});
+}
+
+}  // namespace
+}  // namespace slp
