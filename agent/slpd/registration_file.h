@@ -22,14 +22,14 @@ struct FileRegistration {
 };
 
 /// The entries of `text` that can be read; what cannot be is told in `problems` under the name `file` and
-/// left out. An entry without scopes gets `default_scopes`.
+/// left out. An entry without scopes gets `served_scopes`.
 std::vector<FileRegistration> ParseRegistrationFile(std::string_view text, const std::string& file,
-                                                    const std::vector<std::string>& default_scopes,
+                                                    const std::vector<std::string>& served_scopes,
                                                     std::vector<PropertyProblem>& problems);
 
 /// Puts the entries of the file that `settings` name in the place of those of an earlier load. A URL that a
-/// program has registered itself in the same language is left to it. A file that cannot be opened is a
-/// problem, no file named means no entries. Returns how many were registered.
+/// program has registered itself in the same language is left to it. A file that cannot be read is a problem
+/// and changes nothing; when none is named the earlier entries go. Returns how many were registered.
 std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Seconds now,
                                  std::vector<PropertyProblem>& problems);
 

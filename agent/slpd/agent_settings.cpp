@@ -1,0 +1,81 @@
+#include "slpd/agent_settings.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "text/attributes.h"
+#include "text/language.h"
+#include "text/string_list.h"
+
+namespace slp {
+namespace {
+
+/// The value of a hexadecimal digit, -1 for another character.
+int HexDigit(char c) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  const char lower = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
+  const std::size_t digit = kDigits.find(lower);
+  return digit == std::string_view::npos ? -1 : static_cast<int>(digit);
+}
+
+/// Characters that a URL writes as a percent sign and two digits (RFC 2396 section 2.4.1).
+std::string DecodePercent(std::string_view text) {
+  std::string decoded;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '%' && i + 2 < text.size() && HexDigit(text[i + 1]) >= 0 && HexDigit(text[i + 2]) >= 0) {
+      decoded += static_cast<char>(HexDigit(text[i + 1]) * 16 + HexDigit(text[i + 2]));
+      i += 2;
+    } else {
+      decoded += text[i];
+    }
+  }
+  return decoded;
+}
+
+/// "file:///etc/slp.reg" and "file:/etc/slp.reg" name "/etc/slp.reg", "file:///C:/slp.reg" names
+/// "C:/slp.reg"; what is no such URL is a path already.
+std::string PathOf(const std::string& url) {
+  constexpr std::string_view kScheme = "file:";
+  if (url.compare(0, kScheme.size(), kScheme) != 0) {
+    return url;
+  }
+  std::string_view rest = std::string_view(url).substr(kScheme.size());
+  if (rest.starts_with("//")) {
+    const std::size_t path = rest.find('/', 2);
+    rest = path == std::string_view::npos ? std::string_view() : rest.substr(path);
+  }
+  if (rest.size() > 2 && rest[0] == '/' && rest[2] == ':') {
+    rest.remove_prefix(1);
+  }
+  return DecodePercent(rest);
+}
+
+}  // namespace
+
+AgentSettings AgentSettings::From(const Properties& properties) {
+  AgentSettings settings;
+  settings.role = properties.GetBool("net.slp.isDA") ? AgentRole::kDirectoryAgent : AgentRole::kServiceAgent;
+  std::vector<std::string> scopes = ListUnion({}, properties.GetStringList("net.slp.useScopes"));
+  if (!scopes.empty()) {
+    settings.scopes = std::move(scopes);
+  }
+  if (std::string language = properties.GetString("net.slp.locale"); IsValidLanguageTag(language)) {
+    settings.language = std::move(language);
+  }
+  settings.mtu = static_cast<std::size_t>(std::max(properties.GetInt("net.slp.MTU"), 0));
+  settings.check_source_address = properties.GetBool("net.slp.checkSourceAddr");
+  settings.watch_registration_pid = properties.GetBool("net.slp.watchRegistrationPID");
+  if (std::string attributes = properties.GetString("net.slp.SAAttributes");
+      AttributeList::Parse(attributes)) {
+    settings.service_agent_attributes = std::move(attributes);
+  }
+  settings.registration_file = PathOf(properties.GetString("net.slp.serializedRegURL"));
+  settings.trace_da_traffic = properties.GetBool("net.slp.traceDATraffic");
+  settings.trace_messages = properties.GetBool("net.slp.traceMsg");
+  settings.trace_drops = properties.GetBool("net.slp.traceDrop");
+  settings.trace_registrations = properties.GetBool("net.slp.traceReg");
+  return settings;
+}
+
+}  // namespace slp

@@ -1,0 +1,70 @@
+// Service requests: who offers a service of this type (RFC 2608 sections 8.1 and 8.2).
+#include <string>
+#include <utility>
+
+#include "slpd/request_context.h"
+#include "slpd/request_lists.h"
+#include "text/fold.h"
+
+namespace slp {
+namespace {
+
+constexpr std::size_t kMaximumUrlEntries = 0xFFFF;
+
+/// A URL entry's reserved byte, lifetime, length and count of authentication blocks (RFC 2608 section 4.3).
+constexpr std::size_t kUrlEntryOverhead = 6;
+
+/// Without a predicate a type is found in all languages.
+Result<ServiceQuery> ParseQuery(const RequestContext& context, const SrvRqst& request) {
+  Result<ServiceType> type = ParseServiceType(request.service_type);
+  Result<Predicate> predicate = Predicate::Parse(request.predicate);
+  if (!type || !predicate) {
+    return Error::kParseError;
+  }
+  return ServiceQuery{std::move(*type), ServedScopes(request.scopes, context.settings.scopes),
+                      context.header.language, std::move(*predicate)};
+}
+
+}  // namespace
+
+// 1. A request for the agents themselves has its own rules.
+// 2. Type and predicate must parse; one scope must be served; a signature cannot be given.
+// 3. URL entries up to one more than fits: which of them fit is the encoder's to say, that there were more is
+// told by
+//    the overflow flag.
+Answer AnswerServiceRequest(const RequestContext& context, const SrvRqst& request) {
+  if (EqualFolded(request.service_type, "service:service-agent")) {
+    return AnswerServiceAgentRequest(context, request);
+  }
+  if (EqualFolded(request.service_type, "service:directory-agent")) {
+    return AnswerDirectoryAgentRequest(context, request);
+  }
+
+  const Result<ServiceQuery> query = ParseQuery(context, request);
+  if (!query) {
+    return ErrorAnswer(FunctionId::kSrvRqst, query.error());
+  }
+  if (query->scopes.empty()) {
+    return ErrorAnswer(FunctionId::kSrvRqst, Error::kScopeNotSupported);
+  }
+  if (!Trim(request.spi).empty()) {
+    return ErrorAnswer(FunctionId::kSrvRqst, Error::kAuthenticationUnknown);
+  }
+
+  SrvRply reply;
+  bool more = false;
+  std::size_t size = 0;
+  reply.error =
+      context.registry.FindServices(*query, context.now, [&](std::string_view url, std::uint16_t lifetime) {
+        more = reply.urls.size() == kMaximumUrlEntries;
+        if (more || size > context.limit) {
+          return false;
+        }
+        reply.urls.push_back(UrlEntry{lifetime, std::string(url), {}});
+        size += kUrlEntryOverhead + url.size();
+        return true;
+      });
+  return Reply{std::move(reply), more};
+}
+
+}  // namespace slp
