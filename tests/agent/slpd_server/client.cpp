@@ -1,0 +1,115 @@
+#include "agent/slpd_server/client.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <asio/buffer.hpp>
+#include <asio/io_context.hpp>
+#include <asio/ip/multicast.hpp>
+#include <chrono>
+
+#include "wire/codec.h"
+
+namespace slp {
+namespace {
+
+using asio::ip::udp;
+
+std::optional<Bytes> Ask(asio::io_context& io, udp::socket& socket, const udp::endpoint& where,
+                         const Bytes& request, udp::endpoint& replier, int limit_ms) {
+  Bytes buffer(65536);
+  std::optional<Bytes> reply;
+  socket.send_to(asio::buffer(request), where);
+  socket.async_receive_from(
+      asio::buffer(buffer), replier, [&](const asio::error_code& error, std::size_t size) {
+        if (!error) {
+          reply = Bytes(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(size));
+        }
+      });
+  io.run_for(std::chrono::milliseconds(limit_ms));
+  if (!io.stopped()) {
+    socket.close();
+    io.run();
+  }
+  return reply;
+}
+
+std::optional<Message> Exchange(const udp::endpoint& where, const Message& request) {
+  auto bytes = Encode(request);
+  if (!bytes) {
+    ADD_FAILURE() << "the request can't be encoded";
+    return std::nullopt;
+  }
+  const auto reply = AskUdp(where, *bytes);
+  auto decoded = reply ? Decode(*reply) : Result<Message>(Error::kInternalError);
+  if (!decoded) {
+    ADD_FAILURE() << "no reply, or none that can be read";
+    return std::nullopt;
+  }
+  return std::move(decoded).value();
+}
+
+}  // namespace
+
+std::optional<Bytes> AskUdp(const udp::endpoint& where, const Bytes& request, int limit_ms) {
+  asio::io_context io;
+  udp::socket socket(io, udp::endpoint(asio::ip::address_v4::loopback(), 0));
+  udp::endpoint replier;
+  auto reply = Ask(io, socket, where, request, replier, limit_ms);
+  EXPECT_TRUE(!reply || replier == where) << "answered by " << replier;
+  return reply;
+}
+
+std::optional<Bytes> AskGroup(const udp::endpoint& group, const Bytes& request, udp::endpoint& replier,
+                              int limit_ms) {
+  asio::io_context io;
+  udp::socket socket(io, udp::endpoint(asio::ip::address_v4::loopback(), 0));
+  socket.set_option(asio::ip::multicast::outbound_interface(asio::ip::address_v4::loopback()));
+  socket.set_option(asio::ip::multicast::hops(0));
+  return Ask(io, socket, group, request, replier, limit_ms);
+}
+
+std::vector<std::string> FindServices(const udp::endpoint& where, const std::string& type) {
+  Message request;
+  request.header.xid = 11;
+  request.body = SrvRqst{{}, type, "DEFAULT", {}, {}};
+  const auto reply = Exchange(where, request);
+  if (!reply) {
+    return {};
+  }
+  const auto* const found = std::get_if<SrvRply>(&reply->body);
+  if (found == nullptr || found->error != Error::kOk) {
+    ADD_FAILURE() << "no SrvRply without error";
+    return {};
+  }
+  std::vector<std::string> urls;
+  for (const UrlEntry& entry : found->urls) {
+    urls.push_back(entry.url);
+  }
+  std::sort(urls.begin(), urls.end());
+  return urls;
+}
+
+Error Register(const udp::endpoint& where, const std::string& url, std::uint16_t lifetime,
+               std::uint32_t process_id) {
+  Message request;
+  request.header.xid = 12;
+  request.header.fresh = true;
+  if (process_id != 0) {
+    request.header.extensions.push_back(
+        {kExtensionProcessId,
+         {static_cast<std::uint8_t>(process_id >> 24U), static_cast<std::uint8_t>(process_id >> 16U),
+          static_cast<std::uint8_t>(process_id >> 8U), static_cast<std::uint8_t>(process_id)}});
+  }
+  request.body = SrvReg{{lifetime, url, {}}, url.substr(0, url.find("://")), "DEFAULT", {}, {}};
+  const auto reply = Exchange(where, request);
+  const auto* const acknowledgement = reply ? std::get_if<SrvAck>(&reply->body) : nullptr;
+  if (acknowledgement == nullptr) {
+    ADD_FAILURE() << "no SrvAck";
+    return Error::kInternalError;
+  }
+  return acknowledgement->error;
+}
+
+}  // namespace slp

@@ -1,0 +1,29 @@
+// The other side for the tests of this folder: plain blocking requests over UDP, each with a time limit.
+#pragma once
+
+#include <asio/ip/udp.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/error.h"
+#include "wire/messages.h"
+
+namespace slp {
+
+/// Sends the bytes and returns the reply; none when none came within `limit_ms`.
+std::optional<Bytes> AskUdp(const asio::ip::udp::endpoint& where, const Bytes& request, int limit_ms = 5000);
+
+/// As AskUdp, to a multicast group by way of the loopback interface; the sender of the reply in `replier`.
+std::optional<Bytes> AskGroup(const asio::ip::udp::endpoint& group, const Bytes& request,
+                              asio::ip::udp::endpoint& replier, int limit_ms = 5000);
+
+/// The URLs that a SrvRqst finds, sorted.
+std::vector<std::string> FindServices(const asio::ip::udp::endpoint& where, const std::string& type);
+
+/// What the agent answers to a fresh registration, bound to a process unless `process_id` is 0.
+Error Register(const asio::ip::udp::endpoint& where, const std::string& url, std::uint16_t lifetime,
+               std::uint32_t process_id = 0);
+
+}  // namespace slp

@@ -1,0 +1,192 @@
+// The built daemon as a process: command line, files, signals, exit status.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <asio/io_context.hpp>
+#include <asio/ip/udp.hpp>
+#include <chrono>
+
+#include "agent/slpd_server/client.h"
+#include "agent/slpd_server/temporary_folder.h"
+#include "support/slpd_process/slpd_process.h"
+
+namespace slp {
+namespace {
+
+using std::chrono::seconds;
+using support::FreePort;
+using support::SlpdOptions;
+using support::SlpdProcess;
+using testing::ContainsRegex;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr char kTwoServices[] =
+    "service:printer:lpr://one,en,65535\n\nservice:printer:lpr://two,en,65535\nlocation=here\n\n";
+
+std::vector<std::string> Printers(const SlpdProcess& slpd) {
+  return FindServices({asio::ip::make_address(slpd.address()), slpd.port()}, "service:printer");
+}
+
+std::string FileContent(const std::string& path) {
+  std::ifstream file(path);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+TEST(Program, ServesFromThePidFileOnAndEndsCleanlyOnSigterm) {
+  const auto before = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  SlpdProcess slpd({.registrations = kTwoServices});
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  int process_id = 0;
+  long long start = 0;
+  std::istringstream(FileContent(slpd.pid_file())) >> process_id >> start;
+  EXPECT_EQ(process_id, slpd.process_id());
+  EXPECT_GE(start, before);
+  EXPECT_LE(start, std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()));
+  EXPECT_EQ(Printers(slpd),
+            (std::vector<std::string>{"service:printer:lpr://one", "service:printer:lpr://two"}));
+  EXPECT_THAT(slpd.Log(), HasSubstr("state slpd: ready on 127.0.0.1:" + std::to_string(slpd.port())));
+  EXPECT_EQ(slpd.Stop(), 0);
+  EXPECT_EQ(FileContent(slpd.pid_file()), "");
+  EXPECT_THAT(slpd.Log(), EndsWith("state slpd: ended\n"));
+}
+
+TEST(Program, EndsCleanlyOnSigint) {
+  SlpdProcess slpd;
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  slpd.Send(SIGINT);
+  EXPECT_EQ(slpd.Wait(seconds(10)), 0);
+}
+
+TEST(Program, ASecondOneOnTheSamePidFileSaysThatOneRuns) {
+  const TemporaryFolder folder;
+  SlpdProcess first({.folder = folder.File("")});
+  ASSERT_TRUE(first.Running()) << first.Log();
+  const TemporaryFolder other;
+  SlpdProcess second({.arguments = {"--pidfile", first.pid_file()}, .folder = other.File("")});
+  EXPECT_EQ(second.Wait(seconds(10)), 2) << "an option given twice is a wrong command line";
+
+  setenv("KELSD_SLPD_PIDFILE", first.pid_file().c_str(), 1);
+  SlpdProcess third({.folder = folder.File("")});
+  EXPECT_EQ(third.Wait(seconds(10)), 3);
+  EXPECT_EQ(third.Log(), "slpd: another slpd runs already: it holds the pid file " + first.pid_file() + "\n");
+  EXPECT_TRUE(first.Running());
+}
+
+TEST(Program, ATakenPortIsTheLastWord) {
+  SlpdProcess first;
+  ASSERT_TRUE(first.Running()) << first.Log();
+  SlpdProcess second({.port = first.port()});
+  EXPECT_EQ(second.Wait(seconds(10)), 1);
+  const std::string endpoint = "127.0.0.1:" + std::to_string(first.port());
+  EXPECT_THAT(second.Log(),
+              EndsWith("slpd: cannot serve UDP " + endpoint +
+                       " (lo): Address already in use; another SLP agent may be running: stop it, or "
+                       "choose another port with net.slp.port\n"));
+  EXPECT_EQ(FileContent(second.pid_file()), "");
+}
+
+TEST(Program, TellsFileAndLineOfABadConfigurationLineAndGoesOnWithTheDefault) {
+  SlpdProcess slpd({.configuration = "net.slp.MTU = many\nnet.slp.useScopes = zdrest\n"});
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  EXPECT_THAT(slpd.Log(), ContainsRegex("problem " + slpd.configuration_file() +
+                                        ":3: net\\.slp\\.MTU must be a whole number .*, not \"many\"\n"));
+  EXPECT_THAT(slpd.Log(), HasSubstr(", scopes zdrest\n"));
+}
+
+TEST(Program, ReloadTakesNewScopesAndRegistrationsAndKeepsWhatProgramsRegistered) {
+  SlpdProcess slpd({.registrations = kTwoServices});
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  const asio::ip::udp::endpoint where(asio::ip::make_address("127.0.0.1"), slpd.port());
+  ASSERT_EQ(Register(where, "service:printer:lpr://mine", 1000), Error::kOk);
+  slpd.WriteConfiguration("net.slp.useScopes = DEFAULT,more\n");
+  slpd.WriteRegistrations("service:printer:lpr://three,en,65535\n");
+  slpd.Reload();
+  EXPECT_THAT(slpd.Log(), HasSubstr("state slpd: reloaded, serving 127.0.0.1:" + std::to_string(slpd.port()) +
+                                    ", scopes DEFAULT,more\n"));
+  EXPECT_EQ(Printers(slpd),
+            (std::vector<std::string>{"service:printer:lpr://mine", "service:printer:lpr://three"}));
+}
+
+TEST(Program, ABadFileAtReloadChangesNothingAndSaysWhy) {
+  SlpdProcess slpd({.registrations = kTwoServices});
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  const std::vector<std::string> before = Printers(slpd);
+
+  slpd.WriteConfiguration("net.slp.useScopes = other\nnet.slp.MTU = 0x10\n");
+  slpd.WriteRegistrations("");
+  slpd.Reload();
+  EXPECT_THAT(slpd.Log(), ContainsRegex(slpd.configuration_file() + ":4: net\\.slp\\.MTU must be "));
+  EXPECT_THAT(slpd.Log(), EndsWith("problem slpd: not reloaded, all stays as it was\n"));
+  EXPECT_EQ(Printers(slpd), before);
+
+  slpd.WriteConfiguration("");
+  slpd.WriteRegistrations("service:printer:lpr://three,en,65535\n\nthis is no registration\n");
+  slpd.Reload();
+  EXPECT_THAT(slpd.Log(), HasSubstr("problem " + slpd.registration_file() + ":3: "));
+  EXPECT_EQ(Printers(slpd), before);
+
+  slpd.WriteRegistrations("");
+  slpd.Reload();
+  EXPECT_EQ(Printers(slpd), std::vector<std::string>());
+}
+
+TEST(Program, ReloadFollowsALogFileThatWasMovedAway) {
+  const TemporaryFolder folder;
+  SlpdProcess slpd({.arguments = {"--log", folder.File("log")}});
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  EXPECT_THAT(folder.Read("log"), HasSubstr("slpd: ready on "));
+  std::filesystem::rename(folder.File("log"), folder.File("log.1"));
+  slpd.Send(SIGHUP);
+  const auto end = std::chrono::steady_clock::now() + seconds(10);
+  while (folder.Read("log").find("reloaded") == std::string::npos && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(
+        std::chrono::milliseconds(5));  // nothing else tells that the file was written
+  }
+  EXPECT_THAT(folder.Read("log"), HasSubstr("slpd: reloaded"));
+  EXPECT_THAT(folder.Read("log.1"), Not(HasSubstr("reloaded")));
+  EXPECT_EQ(slpd.Log(), "");
+}
+
+TEST(Program, AServiceGoesWithItsProcess) {
+  SlpdProcess slpd;
+  ASSERT_TRUE(slpd.Running()) << slpd.Log();
+  SlpdProcess bound;  // any process will do
+  const asio::ip::udp::endpoint where(asio::ip::make_address("127.0.0.1"), slpd.port());
+  ASSERT_EQ(
+      Register(where, "service:printer:lpr://bound", 1000, static_cast<std::uint32_t>(bound.process_id())),
+      Error::kOk);
+  EXPECT_EQ(Printers(slpd), std::vector<std::string>{"service:printer:lpr://bound"});
+  bound.Stop();
+  const auto end = std::chrono::steady_clock::now() + seconds(10);
+  while (!Printers(slpd).empty() && std::chrono::steady_clock::now() < end) {
+  }
+  EXPECT_EQ(Printers(slpd), std::vector<std::string>());
+}
+
+TEST(Program, CheckTellsEveryProblemAndStartsNothing) {
+  const TemporaryFolder folder;
+  SlpdProcess bad({.configuration = "net.slp.MTU = many\n",
+                   .registrations = "this is no registration\n",
+                   .arguments = {"--check"},
+                   .folder = folder.File("")});
+  EXPECT_EQ(bad.Wait(seconds(10)), 1);
+  EXPECT_THAT(bad.Log(),
+              ContainsRegex(bad.configuration_file() + ":3: .*\n" + bad.registration_file() + ":1: .*\n"));
+  EXPECT_FALSE(std::filesystem::exists(bad.pid_file()));
+
+  SlpdProcess good({.registrations = kTwoServices, .arguments = {"--check"}});
+  EXPECT_EQ(good.Wait(seconds(10)), 0);
+  EXPECT_EQ(good.Log(), "");
+}
+
+TEST(Program, AWrongCommandLineEndsWithTwo) {
+  SlpdProcess slpd({.arguments = {"--property", "net.slp.MTU=many"}});
+  EXPECT_EQ(slpd.Wait(seconds(10)), 2);
+  EXPECT_THAT(slpd.Log(), HasSubstr("slpd: --property: net.slp.MTU must be "));
+}
+
+}  // namespace
+}  // namespace slp
