@@ -1,0 +1,96 @@
+#include "net/datagram_socket.h"
+
+#include <asio/buffer.hpp>
+#include <asio/ip/multicast.hpp>
+#include <asio/socket_base.hpp>
+
+namespace slp {
+namespace {
+
+constexpr std::size_t kLargestDatagram = 65536;
+
+/// Runs the steps, each of which takes the error to set, until one fails.
+template <typename... Steps>
+bool Succeeds(Steps... steps) {
+  asio::error_code error;
+  return ((steps(error), !error) && ...);
+}
+
+bool IsRefusal(const asio::error_code& error) {
+  // Windows reports a port that nobody listens on as a reset.
+  return error == asio::error::connection_refused || error == asio::error::connection_reset;
+}
+
+}  // namespace
+
+std::optional<DatagramSocket> DatagramSocket::ForMulticast(asio::io_context& context,
+                                                           const asio::ip::address_v4& local, int ttl) {
+  DatagramSocket opened(context);
+  asio::ip::udp::socket& socket = opened.socket_;
+  const bool ready =
+      Succeeds([&](auto& error) { socket.open(asio::ip::udp::v4(), error); },
+               [&](auto& error) {
+                 socket.bind({local, 0}, error);
+               },
+               [&](auto& error) { socket.set_option(asio::ip::multicast::outbound_interface(local), error); },
+               [&](auto& error) { socket.set_option(asio::ip::multicast::hops(ttl), error); },
+               [&](auto& error) { socket.set_option(asio::ip::multicast::enable_loopback(true), error); },
+               [&](auto& error) { socket.non_blocking(true, error); });
+  return ready ? std::optional(std::move(opened)) : std::nullopt;
+}
+
+std::optional<DatagramSocket> DatagramSocket::ForBroadcast(asio::io_context& context,
+                                                           const asio::ip::address_v4& local) {
+  DatagramSocket opened(context);
+  asio::ip::udp::socket& socket = opened.socket_;
+  const bool ready =
+      Succeeds([&](auto& error) { socket.open(asio::ip::udp::v4(), error); },
+               [&](auto& error) {
+                 socket.bind({local, 0}, error);
+               },
+               [&](auto& error) { socket.set_option(asio::socket_base::broadcast(true), error); },
+               [&](auto& error) { socket.non_blocking(true, error); });
+  return ready ? std::optional(std::move(opened)) : std::nullopt;
+}
+
+std::optional<DatagramSocket> DatagramSocket::ConnectedTo(asio::io_context& context,
+                                                          const asio::ip::udp::endpoint& peer) {
+  DatagramSocket opened(context);
+  asio::ip::udp::socket& socket = opened.socket_;
+  const bool ready = Succeeds([&](auto& error) { socket.open(asio::ip::udp::v4(), error); },
+                              [&](auto& error) { socket.connect(peer, error); },
+                              [&](auto& error) { socket.non_blocking(true, error); });
+  return ready ? std::optional(std::move(opened)) : std::nullopt;
+}
+
+bool DatagramSocket::SendTo(std::span<const std::uint8_t> bytes, const asio::ip::udp::endpoint& to) {
+  asio::error_code error;
+  socket_.send_to(asio::buffer(bytes.data(), bytes.size()), to, 0, error);
+  return !error;
+}
+
+bool DatagramSocket::Send(std::span<const std::uint8_t> bytes) {
+  asio::error_code error;
+  const auto content = asio::buffer(bytes.data(), bytes.size());
+  socket_.send(content, 0, error);
+  if (IsRefusal(error)) {
+    socket_.send(content, 0, error);
+  }
+  return !error;
+}
+
+DatagramSocket::Received DatagramSocket::Receive(Datagram& datagram) {
+  datagram.bytes.resize(kLargestDatagram);
+  asio::error_code error;
+  const std::size_t size = socket_.receive_from(asio::buffer(datagram.bytes), datagram.from, 0, error);
+  datagram.bytes.resize(error ? 0 : size);
+  if (!error) {
+    return Received::kDatagram;
+  }
+  if (error == asio::error::would_block || error == asio::error::try_again) {
+    return Received::kNothing;
+  }
+  return IsRefusal(error) ? Received::kRefused : Received::kFailed;
+}
+
+}  // namespace slp

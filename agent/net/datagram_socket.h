@@ -1,0 +1,55 @@
+// A datagram socket from which requests are sent. Nothing blocks; waiting is WaitUntilReady's. One thread at
+// a time.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/ip/udp.hpp>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "net/native_socket.h"
+
+namespace slp {
+
+class DatagramSocket {
+ public:
+  struct Datagram {
+    std::vector<std::uint8_t> bytes;  ///< may be empty: UDP knows datagrams without content
+    asio::ip::udp::endpoint from;
+  };
+  enum class Received {
+    kDatagram,
+    kNothing,
+    kRefused,  ///< the host of a connected socket's peer says that nobody listens there
+    kFailed,   ///< the socket is of no use any more
+  };
+
+  /// What it sends to a group leaves by the interface of `local`, with `ttl` hops, and is heard on this host
+  /// too.
+  static std::optional<DatagramSocket> ForMulticast(asio::io_context& context,
+                                                    const asio::ip::address_v4& local, int ttl);
+  /// May send to broadcast addresses; they leave by the interface of `local`.
+  static std::optional<DatagramSocket> ForBroadcast(asio::io_context& context,
+                                                    const asio::ip::address_v4& local);
+  /// Hears `peer` alone, and that it refuses.
+  static std::optional<DatagramSocket> ConnectedTo(asio::io_context& context,
+                                                   const asio::ip::udp::endpoint& peer);
+
+  /// False when the system took nothing. A refusal that an earlier datagram met does not count as one of this
+  /// one.
+  bool SendTo(std::span<const std::uint8_t> bytes, const asio::ip::udp::endpoint& to);
+  bool Send(std::span<const std::uint8_t> bytes);
+
+  Received Receive(Datagram& datagram);
+
+  NativeSocket native_handle() { return socket_.native_handle(); }
+
+ private:
+  explicit DatagramSocket(asio::io_context& context) : socket_(context) {}
+
+  asio::ip::udp::socket socket_;
+};
+
+}  // namespace slp

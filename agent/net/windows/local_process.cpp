@@ -1,0 +1,11 @@
+#include "net/local_process.h"
+
+#include <windows.h>
+
+namespace slp {
+
+std::uint32_t CurrentProcessId() {
+  return GetCurrentProcessId();
+}
+
+}  // namespace slp
