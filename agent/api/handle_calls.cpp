@@ -1,0 +1,109 @@
+#include "api/handle_calls.h"
+
+#include "api/c_memory.h"
+#include "api/handle_call.h"
+#include "net/interfaces.h"
+#include "properties/process_properties.h"
+#include "text/fold.h"
+#include "text/language.h"
+#include "text/string_list.h"
+
+namespace slp {
+namespace {
+
+constexpr const char* kDefaultLanguage = "en";
+
+/// The language of a handle for which none has been asked.
+std::string LanguageOfProcess() {
+  const std::string locale(Trim(ProcessProperties::Instance().Snapshot().GetString("net.slp.locale")));
+  return IsValidLanguageTag(locale) ? locale : kDefaultLanguage;
+}
+
+/// A handle's share in the process's properties, given back when it comes to none.
+class PropertiesShare {
+ public:
+  PropertiesShare() { ProcessProperties::Instance().Acquire(); }
+  ~PropertiesShare() {
+    if (held_) {
+      ProcessProperties::Instance().Release();
+    }
+  }
+  PropertiesShare(const PropertiesShare&) = delete;
+  PropertiesShare& operator=(const PropertiesShare&) = delete;
+
+  void LeaveToHandle() { held_ = false; }
+
+ private:
+  bool held_ = true;
+};
+
+}  // namespace
+
+SLPError OpenCall(const char* language, bool async, SLPHandle* handle) noexcept {
+  if (handle == nullptr) {
+    return SLP_PARAMETER_BAD;
+  }
+  *handle = nullptr;
+  if (async) {
+    return SLP_NOT_IMPLEMENTED;
+  }
+  if (!IsEmpty(language) && !IsValidLanguageTag(language)) {
+    return SLP_PARAMETER_BAD;
+  }
+  return Guarded([&] {
+    PropertiesShare share;
+    HandleState state;
+    state.language = IsEmpty(language) ? LanguageOfProcess() : language;
+    *handle = HandleTable::Instance().Open(std::move(state));
+    share.LeaveToHandle();
+    return SLP_OK;
+  });
+}
+
+void CloseCall(SLPHandle handle) noexcept {
+  if (HandleTable::Instance().Close(handle)) {
+    ProcessProperties::Instance().Release();
+  }
+}
+
+SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept {
+  if (IsEmpty(address)) {
+    return SLP_PARAMETER_BAD;
+  }
+  return WithHandle(handle, [&](HandleState& state) {
+    asio::error_code error;
+    const auto peer = asio::ip::make_address_v4(std::string(Trim(address)), error);
+    if (error) {
+      return SLP_PARAMETER_BAD;
+    }
+    state.peer = peer;
+    return SLP_OK;
+  });
+}
+
+SLPError AssociateInterfacesCall(SLPHandle handle, const char* interfaces) noexcept {
+  if (IsEmpty(interfaces)) {
+    return SLP_PARAMETER_BAD;
+  }
+  return WithHandle(handle, [&](HandleState& state) {
+    std::vector<std::string> wanted = SplitStringList(interfaces);
+    if (wanted.empty() || !SelectInterfaces(EnumerateInterfaces(), wanted).unknown.empty()) {
+      return SLP_PARAMETER_BAD;
+    }
+    state.interfaces = std::move(wanted);
+    return SLP_OK;
+  });
+}
+
+SLPError FindScopesCall(SLPHandle handle, char** scopes) noexcept {
+  if (scopes == nullptr) {
+    return SLP_PARAMETER_BAD;
+  }
+  *scopes = nullptr;
+  return WithHandle(handle, [&](const HandleState& state) {
+    *scopes = NewText(MakeContext(state).settings.scopes);
+    return SLP_OK;
+  });
+}
+
+}  // namespace slp

@@ -1,0 +1,43 @@
+// 1. Ask at 127.0.0.1.
+// 2. Where nobody listens, ask at this host's own address on each interface that net.slp.interfaces selects:
+// a daemon
+//    that is bound to them alone doesn't hear the loopback interface.
+// 3. The first answer counts, be it an error; so does the silence of a daemon that is there.
+#include "api/local_daemon.h"
+
+#include <algorithm>
+
+#include "api/error_mapping.h"
+#include "api/request_message.h"
+#include "api/unicast_exchange.h"
+#include "net/interfaces.h"
+
+namespace slp {
+namespace {
+
+std::vector<asio::ip::address_v4> CandidateAddresses(const RequestSettings& settings) {
+  std::vector<asio::ip::address_v4> addresses = {asio::ip::address_v4::loopback()};
+  for (const Interface& interface : SelectInterfaces(EnumerateInterfaces(), settings.interfaces).interfaces) {
+    if (std::find(addresses.begin(), addresses.end(), interface.address) == addresses.end()) {
+      addresses.push_back(interface.address);
+    }
+  }
+  return addresses;
+}
+
+}  // namespace
+
+SLPError AskLocalDaemon(const Message& request, const RequestContext& context) {
+  for (const asio::ip::address_v4& address : CandidateAddresses(context.settings)) {
+    const Exchange exchange = ExchangeWith(address, request, context);
+    if (exchange.end == Exchange::End::kReplied) {
+      return ToSlpError(ReplyError(*exchange.reply));
+    }
+    if (exchange.end != Exchange::End::kRefused && exchange.end != Exchange::End::kFailed) {
+      return ToSlpError(exchange.end);
+    }
+  }
+  return SLP_NETWORK_INIT_FAILED;
+}
+
+}  // namespace slp

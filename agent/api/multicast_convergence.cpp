@@ -1,0 +1,185 @@
+// 1. Open one socket for each interface.
+// 2. For each of net.slp.multicastTimeouts: send the request, with everyone who has answered named in it, by
+// all
+//    interfaces, and listen for that long.
+// 3. A reply counts once for each sender, and only when it carries the request's XID. One that has been cut
+// is handed
+//    over as far as it goes, and fetched again in full from that sender by TCP.
+// 4. Stop when two rounds in a row brought nobody new, when the request with its list of responders no longer
+// fits a
+//    datagram, when net.slp.multicastMaximumWait is over, or when no more is wanted.
+#include "api/multicast_convergence.h"
+
+#include <algorithm>
+#include <asio/io_context.hpp>
+#include <set>
+
+#include "api/request_message.h"
+#include "api/stream_exchange.h"
+#include "net/addresses.h"
+#include "net/datagram_socket.h"
+#include "net/interfaces.h"
+#include "wire/codec.h"
+
+namespace slp {
+namespace {
+
+using Received = DatagramSocket::Received;
+
+constexpr int kQuietRoundsAtTheEnd = 2;
+
+/// Datagrams that are taken from a socket between two looks at the clock, so that a flood cannot outlast the
+/// time.
+constexpr int kDatagramsPerLook = 64;
+
+/// No network has so many agents; whoever invents senders cannot make a search hold more of them.
+constexpr std::size_t kMostSenders = 4096;
+
+class Convergence {
+ public:
+  Convergence(const Message& request, const RequestContext& context, const ReplySink& sink)
+      : request_(request),
+        context_(context),
+        settings_(context.settings),
+        sink_(sink),
+        destination_(settings_.broadcast_only ? settings_.broadcast_address : kMulticastGroup,
+                     settings_.port),
+        deadline_(context.environment.clock, settings_.multicast.maximum) {}
+
+  SLPError Run() {
+    OpenSockets();
+    if (sockets_.empty()) {
+      return SLP_NETWORK_INIT_FAILED;
+    }
+    int quiet_rounds = 0;
+    for (const auto wait : settings_.multicast.tries) {
+      const Result<Bytes> encoded = Encode(AsMulticast(request_, responders_));
+      if (!encoded || encoded.value().size() > settings_.mtu) {
+        return responders_.empty() ? SLP_BUFFER_OVERFLOW : SLP_OK;
+      }
+      if (!SendByAll(encoded.value())) {
+        return senders_.empty() ? SLP_NETWORK_ERROR : SLP_OK;
+      }
+      const std::size_t known = senders_.size();
+      Listen(deadline_.Within(wait));
+      quiet_rounds = senders_.size() == known ? quiet_rounds + 1 : 0;
+      if (!wanted_ || quiet_rounds == kQuietRoundsAtTheEnd || deadline_.Passed()) {
+        break;
+      }
+    }
+    return SLP_OK;
+  }
+
+ private:
+  void OpenSockets() {
+    const std::vector<std::string>& names =
+        context_.handle.interfaces.empty() ? settings_.interfaces : context_.handle.interfaces;
+    for (const Interface& interface : SelectInterfaces(EnumerateInterfaces(), names).interfaces) {
+      std::optional<DatagramSocket> socket =
+          settings_.broadcast_only
+              ? DatagramSocket::ForBroadcast(io_, interface.address)
+              : DatagramSocket::ForMulticast(io_, interface.address, settings_.multicast_ttl);
+      if (socket) {
+        sockets_.push_back(std::move(*socket));
+      }
+    }
+  }
+
+  /// Whether at least one interface took the request.
+  bool SendByAll(const Bytes& encoded) {
+    bool sent = false;
+    for (DatagramSocket& socket : sockets_) {
+      sent = socket.SendTo(encoded, destination_) || sent;
+    }
+    return sent;
+  }
+
+  void Listen(const Deadline& end) {
+    // Once more after the end: a fetch by TCP may have used up the time while replies lay in the sockets.
+    do {
+      std::vector<AwaitedSocket> awaited;
+      for (DatagramSocket& socket : sockets_) {
+        awaited.push_back({.socket = socket.native_handle()});
+      }
+      WaitUntilReady(awaited, end.Remaining());
+      std::erase_if(sockets_, [this](DatagramSocket& socket) { return !TakeDatagrams(socket); });
+    } while (wanted_ && !sockets_.empty() && !end.Passed());
+  }
+
+  /// False when the socket is of no use any more.
+  bool TakeDatagrams(DatagramSocket& socket) {
+    DatagramSocket::Datagram datagram;
+    for (int i = 0; wanted_ && i < kDatagramsPerLook; ++i) {
+      const Received received = socket.Receive(datagram);
+      if (received == Received::kNothing || received == Received::kFailed) {
+        return received == Received::kNothing;
+      }
+      // Nobody is refused by a group; a system that says so means something else.
+      if (received == Received::kDatagram) {
+        TakeReply(datagram);
+      }
+    }
+    return true;
+  }
+
+  void TakeReply(const DatagramSocket::Datagram& datagram) {
+    const std::optional<Message> reply = ReadReply(datagram.bytes, request_);
+    if (!reply || senders_.size() == kMostSenders || !senders_.insert(datagram.from).second) {
+      return;
+    }
+    AddResponder(datagram.from.address().to_string());
+    if (ReplyError(*reply) != Error::kOk) {
+      return;
+    }
+    if (!reply->header.overflow) {
+      wanted_ = sink_(*reply);
+      return;
+    }
+    // Only a service reply that has been cut still says something true.
+    if (reply->function() == FunctionId::kSrvRply) {
+      wanted_ = sink_(*reply);
+    }
+    if (wanted_) {
+      FetchByStream(datagram.from.address().to_v4());
+    }
+  }
+
+  void AddResponder(const std::string& address) {
+    if (std::find(responders_.begin(), responders_.end(), address) == responders_.end()) {
+      responders_.push_back(address);
+    }
+  }
+
+  /// The whole reply of one that could send only a part; without it what came already has to do.
+  void FetchByStream(const asio::ip::address_v4& sender) {
+    const Result<Bytes> encoded = Encode(request_);
+    if (!encoded) {
+      return;
+    }
+    const Exchange exchange = ExchangeByStream(io_, {sender, settings_.port}, request_, encoded.value(),
+                                               deadline_.Within(settings_.unicast.maximum));
+    if (exchange.end == Exchange::End::kReplied && ReplyError(*exchange.reply) == Error::kOk) {
+      wanted_ = sink_(*exchange.reply);
+    }
+  }
+
+  const Message& request_;
+  const RequestContext& context_;
+  const RequestSettings& settings_;
+  const ReplySink& sink_;
+  const asio::ip::udp::endpoint destination_;
+  const Deadline deadline_;
+  asio::io_context io_;
+  std::vector<DatagramSocket> sockets_;
+  std::set<asio::ip::udp::endpoint> senders_;
+  std::vector<std::string> responders_;
+  bool wanted_ = true;
+};
+
+}  // namespace
+
+SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink) {
+  return Convergence(request, context, sink).Run();
+}
+
+}  // namespace slp

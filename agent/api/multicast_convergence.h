@@ -1,0 +1,25 @@
+// A search that is multicast until nobody new answers (RFC 2608 section 6.3). Blocks, at most
+// net.slp.multicastMaximumWait. Any thread.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "api/request_context.h"
+#include "slp.h"
+#include "wire/messages.h"
+
+namespace slp {
+
+/// Takes one reply, as soon as it is there; false: no more is wanted.
+using ReplySink = std::function<bool(const Message&)>;
+
+/// Sends `request` to all agents by the interfaces that the handle or net.slp.interfaces names, and hands
+/// what they reply to `sink` on the calling thread. Replies that report an error are passed over (RFC 2608
+/// section 7). SLP_OK, also when nobody answers; SLP_NETWORK_INIT_FAILED without an interface,
+/// SLP_NETWORK_ERROR when none of them takes the request, SLP_BUFFER_OVERFLOW when it is longer than
+/// net.slp.MTU.
+SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink);
+
+}  // namespace slp

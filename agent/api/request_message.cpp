@@ -1,0 +1,81 @@
+#include "api/request_message.h"
+
+#include <utility>
+
+#include "text/fold.h"
+#include "text/string_list.h"
+#include "wire/codec.h"
+
+namespace slp {
+namespace {
+
+/// RFC 2608 section 8.1: requests for agents themselves are answered with advertisements.
+FunctionId ReplyToSrvRqst(const SrvRqst& request) {
+  if (EqualFolded(request.service_type, "service:directory-agent")) {
+    return FunctionId::kDaAdvert;
+  }
+  if (EqualFolded(request.service_type, "service:service-agent")) {
+    return FunctionId::kSaAdvert;
+  }
+  return FunctionId::kSrvRply;
+}
+
+std::optional<FunctionId> ExpectedReply(const Message& request) {
+  switch (request.function()) {
+    case FunctionId::kSrvRqst:
+      return ReplyToSrvRqst(std::get<SrvRqst>(request.body));
+    case FunctionId::kAttrRqst:
+      return FunctionId::kAttrRply;
+    case FunctionId::kSrvTypeRqst:
+      return FunctionId::kSrvTypeRply;
+    case FunctionId::kSrvReg:
+    case FunctionId::kSrvDereg:
+      return FunctionId::kSrvAck;
+    default:
+      return std::nullopt;
+  }
+}
+
+}  // namespace
+
+Message NewRequest(const RequestContext& context, Body body) {
+  Message request;
+  request.header.xid = context.environment.new_xid();
+  request.header.language = context.handle.language;
+  request.body = std::move(body);
+  return request;
+}
+
+Message AsMulticast(Message request, const std::vector<std::string>& responders) {
+  request.header.request_multicast = true;
+  std::visit(
+      [&](auto& body) {
+        if constexpr (requires { body.previous_responders; }) {
+          body.previous_responders = JoinStringList(responders);
+        }
+      },
+      request.body);
+  return request;
+}
+
+std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Message& request) {
+  Result<Message> reply = Decode(bytes);
+  if (!reply || reply->header.xid != request.header.xid || reply->function() != ExpectedReply(request)) {
+    return std::nullopt;
+  }
+  return std::move(reply).value();
+}
+
+Error ReplyError(const Message& reply) {
+  return std::visit(
+      [](const auto& body) {
+        if constexpr (requires { body.error; }) {
+          return body.error;
+        } else {
+          return Error::kOk;
+        }
+      },
+      reply.body);
+}
+
+}  // namespace slp

@@ -1,0 +1,53 @@
+#include "api/request_settings.h"
+
+#include <limits>
+
+#include "text/string_list.h"
+
+namespace slp {
+namespace {
+
+RequestSettings::Waits ReadWaits(const Properties& properties, std::string_view tries,
+                                 std::string_view maximum) {
+  RequestSettings::Waits waits;
+  for (const int wait : properties.GetIntList(tries)) {
+    waits.tries.emplace_back(wait);
+  }
+  waits.maximum = std::chrono::milliseconds(properties.GetInt(maximum));
+  return waits;
+}
+
+asio::ip::address_v4 ReadBroadcastAddress(const Properties& properties) {
+  asio::error_code error;
+  const auto address = asio::ip::make_address_v4(properties.GetString("net.slp.broadcastAddr"), error);
+  return error ? asio::ip::address_v4::broadcast() : address;
+}
+
+std::string ReadScopes(const Properties& properties) {
+  // RFC 2608 section 6: in the absence of configuration the scope is "DEFAULT".
+  const std::vector<std::string> scopes = properties.GetStringList("net.slp.useScopes");
+  return scopes.empty() ? "DEFAULT" : JoinStringList(scopes);
+}
+
+int ReadMaximumResults(const Properties& properties) {
+  // RFC 2614 section 2.1.7: positive numbers and -1 are legal.
+  const int maximum = properties.GetInt("net.slp.maxResults");
+  return maximum > 0 ? maximum : std::numeric_limits<int>::max();
+}
+
+}  // namespace
+
+RequestSettings::RequestSettings(const Properties& properties)
+    : port(static_cast<std::uint16_t>(properties.GetInt("net.slp.port"))),
+      mtu(static_cast<std::size_t>(properties.GetInt("net.slp.MTU"))),
+      unicast(ReadWaits(properties, "net.slp.unicastTimeouts", "net.slp.unicastMaximumWait")),
+      multicast(ReadWaits(properties, "net.slp.multicastTimeouts", "net.slp.multicastMaximumWait")),
+      multicast_ttl(properties.GetInt("net.slp.multicastTTL")),
+      broadcast_only(properties.GetBool("net.slp.isBroadcastOnly")),
+      broadcast_address(ReadBroadcastAddress(properties)),
+      interfaces(properties.GetStringList("net.slp.interfaces")),
+      scopes(ReadScopes(properties)),
+      maximum_results(ReadMaximumResults(properties)),
+      watch_process(properties.GetBool("net.slp.watchRegistrationPID")) {}
+
+}  // namespace slp

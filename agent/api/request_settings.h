@@ -1,0 +1,37 @@
+// What a request needs of the properties, read once at its beginning. Values; any thread.
+#pragma once
+
+#include <asio/ip/address_v4.hpp>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "properties/properties.h"
+
+namespace slp {
+
+struct RequestSettings {
+  /// Waits behind the tries of one request, and the longest time for all of them together.
+  struct Waits {
+    std::vector<std::chrono::milliseconds> tries;
+    std::chrono::milliseconds maximum{0};
+  };
+
+  explicit RequestSettings(const Properties& properties);
+
+  std::uint16_t port;
+  std::size_t mtu;  ///< longest datagram that is sent
+  Waits unicast;
+  Waits multicast;
+  int multicast_ttl;
+  bool broadcast_only;
+  asio::ip::address_v4 broadcast_address;
+  std::vector<std::string> interfaces;  ///< net.slp.interfaces
+  std::string scopes;                   ///< net.slp.useScopes as a list, never empty
+  int maximum_results;                  ///< the largest integer when there is no limit
+  bool watch_process;
+};
+
+}  // namespace slp

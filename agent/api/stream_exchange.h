@@ -1,0 +1,24 @@
+// One request and its reply over TCP (RFC 2608 section 6.2). Blocks until the reply is there, the connection
+// fails or the deadline passes. Any thread.
+#pragma once
+
+#include <asio/io_context.hpp>
+#include <asio/ip/address_v4.hpp>
+#include <cstdint>
+#include <span>
+
+#include "api/exchange.h"
+#include "net/deadline.h"
+
+namespace slp {
+
+struct StreamPeer {
+  asio::ip::address_v4 address;
+  std::uint16_t port;
+};
+
+/// `encoded` is `request` as bytes. Messages on the connection that are not the reply are passed over.
+Exchange ExchangeByStream(asio::io_context& io, const StreamPeer& peer, const Message& request,
+                          std::span<const std::uint8_t> encoded, const Deadline& deadline);
+
+}  // namespace slp
