@@ -1,6 +1,7 @@
 #include "text/attributes.h"
 
 #include <algorithm>
+#include <compare>
 #include <iterator>
 #include <numeric>
 #include <optional>
@@ -9,7 +10,6 @@
 #include "text/escape.h"
 #include "text/fold.h"
 #include "text/scanner.h"
-#include "text/tag.h"
 
 namespace slp {
 namespace {
@@ -121,7 +121,7 @@ Result<AttributeList> AttributeList::Parse(std::string_view text) {
 std::optional<std::size_t> AttributeList::IndexOf(std::string_view tag) const {
   const auto found =
       std::lower_bound(order_.begin(), order_.end(), tag, [this](std::size_t index, std::string_view wanted) {
-        return CompareFolded(items_[index].tag, wanted) < 0;
+        return std::is_lt(CompareFolded(items_[index].tag, wanted));
       });
   return found != order_.end() && EqualFolded(items_[*found].tag, tag) ? std::optional(*found) : std::nullopt;
 }
@@ -151,13 +151,16 @@ void AttributeList::RemoveMatching(const std::vector<std::string>& patterns) {
 }
 
 AttributeList AttributeList::Select(const std::vector<std::string>& patterns) const {
+  return Select(TagPatterns(patterns));
+}
+
+AttributeList AttributeList::Select(const TagPatterns& patterns) const {
   if (patterns.empty()) {
     return *this;
   }
-  const TagPatterns matcher(patterns);
   AttributeList selected;
   std::copy_if(items_.begin(), items_.end(), std::back_inserter(selected.items_),
-               [&matcher](const Attribute& attribute) { return matcher.Matches(attribute.tag); });
+               [&patterns](const Attribute& attribute) { return patterns.Matches(attribute.tag); });
   selected.Sort();
   return selected;
 }
@@ -184,8 +187,9 @@ std::string AttributeList::ToString() const {
 void AttributeList::Sort() {
   order_.resize(items_.size());
   std::iota(order_.begin(), order_.end(), std::size_t{0});
-  std::sort(order_.begin(), order_.end(),
-            [this](std::size_t a, std::size_t b) { return CompareFolded(items_[a].tag, items_[b].tag) < 0; });
+  std::sort(order_.begin(), order_.end(), [this](std::size_t a, std::size_t b) {
+    return std::is_lt(CompareFolded(items_[a].tag, items_[b].tag));
+  });
 }
 
 bool AttributeList::HasDuplicates() const {

@@ -9,6 +9,7 @@
 
 #include "base/error.h"
 #include "text/attribute_value.h"
+#include "text/tag.h"
 
 namespace slp {
 
@@ -46,6 +47,9 @@ class AttributeList {
 
   /// Only the attributes whose tags match one of `patterns`; no patterns: all.
   AttributeList Select(const std::vector<std::string>& patterns) const;
+
+  /// The same for patterns that many lists are asked with.
+  AttributeList Select(const TagPatterns& patterns) const;
 
   /// The list as text, each value as it was given.
   std::string ToString() const;

@@ -38,7 +38,7 @@ std::string Fold(std::string_view text) {
 }
 
 bool EqualFolded(std::string_view a, std::string_view b) {
-  return CompareFolded(a, b) == 0;
+  return std::is_eq(CompareFolded(a, b));
 }
 
 std::strong_ordering CompareFolded(std::string_view a, std::string_view b) {

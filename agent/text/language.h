@@ -9,7 +9,8 @@ namespace slp {
 /// Letters, digits and hyphens, 1 to 8 of them between hyphens.
 bool IsValidLanguageTag(std::string_view tag);
 
-/// Whether a registration in `registered` serves a request in `requested`.
+/// Whether a registration in `registered` serves a request in `requested`: dialects, behind the first hyphen,
+/// do not count (RFC 2608 section 8.1).
 bool LanguageServes(std::string_view registered, std::string_view requested);
 
 }  // namespace slp

@@ -1,6 +1,7 @@
 #include "text/predicate.h"
 
 #include <algorithm>
+#include <compare>
 #include <utility>
 
 #include "text/fold.h"
@@ -15,8 +16,8 @@ using Kind = PredicateNode::Kind;
 /// The order of two values of the same type. Booleans "may only be compared with '='" (RFC 2608 section 5);
 /// opaque values are "sequences of bytes", which is what their order follows.
 bool IsOrdered(const PredicateNode& node, const AttributeValue& value) {
-  const auto holds = [&node](auto order) {
-    return node.kind == Kind::kLessOrEqual ? order <= 0 : order >= 0;
+  const auto holds = [&node](std::strong_ordering order) {
+    return node.kind == Kind::kLessOrEqual ? std::is_lteq(order) : std::is_gteq(order);
   };
   if (const auto* text = std::get_if<std::string>(&value.content)) {
     return holds(CompareFolded(*text, node.pieces.front()));

@@ -98,10 +98,9 @@ bool IsIpxAddress(std::string_view address) {
 /// at-object ":" at-type and a zone, whose delimiter RFC 2609 lost in print; "=" and "*" are reserved.
 bool IsAppleTalkAddress(std::string_view address) {
   Scanner scanner(address);
-  const auto take_name = [&scanner] {
-    return !scanner.TakeWhile([](char c) { return !IsOneOf(c, ":=*"); }).empty();
-  };
-  return take_name() && scanner.TakeIf(':') && take_name() && scanner.AtEnd();
+  const bool has_object = !scanner.TakeWhile([](char c) { return !IsOneOf(c, ":=*"); }).empty();
+  return has_object && scanner.TakeIf(':') &&
+         !scanner.TakeWhile([](char c) { return !IsOneOf(c, "=*"); }).empty() && scanner.AtEnd();
 }
 
 /// The site of a family other than IP, or none at all: "The <site> field can be null" (RFC 2609 section 2.2).

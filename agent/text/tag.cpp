@@ -25,7 +25,7 @@ bool IsValidTagPattern(std::string_view pattern) {
          std::none_of(pattern.begin(), pattern.end(), is_bad);
 }
 
-TagPatterns::TagPatterns(const std::vector<std::string>& patterns) {
+TagPatterns::TagPatterns(const std::vector<std::string>& patterns) : is_empty_(patterns.empty()) {
   for (const std::string& pattern : patterns) {
     auto pieces = SplitAtWildcards(pattern);
     if (!pieces) {

@@ -24,9 +24,14 @@ class TagPatterns {
   /// Items that are not valid match nothing.
   explicit TagPatterns(const std::vector<std::string>& patterns);
 
+  /// Whether it was made from an empty list, which asks for everything.
+  bool empty() const { return is_empty_; }
+
+  /// An empty list matches nothing here.
   bool Matches(std::string_view tag) const;
 
  private:
+  bool is_empty_;
   std::unordered_set<std::string> plain_;            // in normal form
   std::vector<std::vector<std::string>> wildcards_;  // cut at the stars
 };

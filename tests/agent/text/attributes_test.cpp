@@ -87,8 +87,8 @@ TEST(AttributeListParse, RefusesWhatCouldNotBeReadAgain) {
       "(a=\t)",
       "(a=x\ny)",
       "(a=x\x7Fy)",
-      Bytes("(a=x\0y)"),
-      Bytes("a\0"),
+      WithNuls("(a=x\0y)"),
+      WithNuls("a\0"),
       "(a=\\zz)",
       "(a=x\\2)",
       "(a=x\\)",
@@ -236,7 +236,7 @@ TEST(AttributeListParse, AnyMutationEitherFailsOrIsReadAgainAlike) {
   const std::string seeds[] = {"(x-version=),(x-ip-addresses=10.0.0.1\\2C10.0.0.2),x-BUSY",
                                "(a=1,2,3),(b=true),c", "(key=\\FF\\00\\01),(s=Some  Text,b)",
                                "(a\\2Cb=\\5C\\28)"};
-  Mutator mutator(2608, Bytes("(),=\\ ab12cfF-*_!\0\t\x7F\x80\xFF"));
+  Mutator mutator(2608, WithNuls("(),=\\ ab12cfF-*_!\0\t\x7F\x80\xFF"));
   int parsed = 0;
   for (int round = 0; round < 50000; ++round) {
     const std::string text = mutator.Mutate(seeds[mutator.Below(std::size(seeds))]);

@@ -23,7 +23,7 @@ TEST(Escape, WritesReservedCharactersInUpperCaseHexadecimal) {
       {"\xC3\xBC", "\xC3\xBC"},
       {"a*b_c", "a*b_c"},
       {"(),\\!<=>~", "\\28\\29\\2C\\5C\\21\\3C\\3D\\3E\\7E"},
-      {Bytes("\0\x1F"), "\\00\\1F"},
+      {WithNuls("\0\x1F"), "\\00\\1F"},
       {"\x80\xFF", "\x80\xFF"},
   };
   for (const auto& row : rows) {
@@ -40,7 +40,7 @@ TEST(Unescape, ReadsBothCasesAndRefusesBadEscapes) {
       {"a\\2Cb", "a,b"},
       {"a\\2cb", "a,b"},
       {"\\5C\\5c", "\\\\"},
-      {"\\00", Bytes("\0")},
+      {"\\00", WithNuls("\0")},
       {"\\41", "A"},
       {"a\\2", std::nullopt},
       {"a\\", std::nullopt},
@@ -49,7 +49,7 @@ TEST(Unescape, ReadsBothCasesAndRefusesBadEscapes) {
       {"\\\\2C", std::nullopt},
       {"\\FF\\00\\01", "\\FF\\00\\01"},
       {"\\ff\\00", "\\ff\\00"},
-      {"\\FF\\00x", Bytes("\xFF\0x")},
+      {"\\FF\\00x", WithNuls("\xFF\0x")},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(ValueOf(Unescape(row.text)), row.plain) << row.text;
@@ -91,7 +91,7 @@ TEST(IsValidTag, RefusesReservedCharactersStarAndUnderscore) {
   }
   for (const std::string& tag :
        {std::string(), std::string(" "), std::string("x_name"), std::string("a*"), std::string("a,b"),
-        std::string("a\tb"), std::string("a\x7F"), Bytes("a\0"), std::string("a(b"), std::string("a)"),
+        std::string("a\tb"), std::string("a\x7F"), WithNuls("a\0"), std::string("a(b"), std::string("a)"),
         std::string("a\\2Cb"), std::string("a!"), std::string("a<"), std::string("a="), std::string("a>"),
         std::string("a~")}) {
     EXPECT_FALSE(IsValidTag(tag)) << tag;

@@ -22,7 +22,7 @@ TEST(Fold, LowersAsciiAndFoldsWhiteSpace) {
       {"\xC3\x9C", "\xC3\x9C"},
       {"[@`{", "[@`{"},
       {"a\vb", "a\vb"},
-      {Bytes("A\0 "), Bytes("a\0")},
+      {WithNuls("A\0 "), WithNuls("a\0")},
       {Repeat(" ", 100000) + "X" + Repeat("\t", 100000), "x"},
   };
   for (const auto& row : rows) {
@@ -50,7 +50,7 @@ TEST(CompareFolded, OrdersNormalFormsByUnsignedBytes) {
 
 TEST(CompareFolded, AgreesWithTheFoldedTextsWhateverTheyAre) {
   std::mt19937 random(20081);
-  const std::string alphabet = Bytes("aAbB \t\r\n\0\x80\xFF");
+  const std::string alphabet = WithNuls("aAbB \t\r\n\0\x80\xFF");
   const auto make = [&] {
     std::string text;
     for (auto length = random() % 8; length > 0; --length) {

@@ -13,7 +13,7 @@ TEST(IsValidLanguageTag, TakesSubtagsOfOneToEightCharacters) {
   }
   for (const std::string& tag : {std::string(), std::string("-"), std::string("en-"), std::string("-en"),
                                  std::string("en--gb"), std::string("abcdefghi"), std::string("en_GB"),
-                                 std::string("en GB"), Bytes("en\0"), std::string("d\xC3\xA9")}) {
+                                 std::string("en GB"), WithNuls("en\0"), std::string("d\xC3\xA9")}) {
     EXPECT_FALSE(IsValidLanguageTag(tag)) << tag;
   }
 }

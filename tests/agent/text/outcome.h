@@ -22,7 +22,7 @@ std::optional<T> ValueOf(const Result<T>& result) {
 
 /// A text with embedded NULs from a literal.
 template <std::size_t size>
-std::string Bytes(const char (&literal)[size]) {
+std::string WithNuls(const char (&literal)[size]) {
   return std::string(literal, size - 1);
 }
 

@@ -150,9 +150,9 @@ TEST(PredicateParse, RefusesWhatIsNoFilter) {
       "(a=\\FF\\00x)",
       "(a=\\FF\\00*)",
       "(sn=Lu\\c4\\8di\\c4\\87)",
-      Bytes("(a=\0)"),
-      Bytes("(a\0=1)"),
-      Bytes("(a=1)\0"),
+      WithNuls("(a=\0)"),
+      WithNuls("(a\0=1)"),
+      WithNuls("(a=1)\0"),
       "(a=1",
       "(a=\\",
       Repeat("(", 100000),
@@ -179,6 +179,13 @@ TEST(PredicateParse, TakesNestingUpToItsLimit) {
     EXPECT_TRUE(deepest->Matches(attributes)) << open;
     EXPECT_EQ(Rewritten(nested(open, kDeepest + 1)), std::nullopt) << open;
   }
+}
+
+TEST(PredicateParse, TakesAsManyComparisonsAsTheTextHolds) {
+  const auto predicate = Predicate::Parse("(|" + Repeat("(a=1)", 100000) + "(b=2))");
+  ASSERT_TRUE(predicate.ok());
+  EXPECT_EQ(predicate->root()->children.size(), 100001u);
+  EXPECT_TRUE(predicate->Matches(AttributeList::Parse("(b=2)").value()));
 }
 
 TEST(PredicateParse, KeepsTheTypedOperand) {
@@ -387,7 +394,7 @@ TEST(PredicateParse, AnyMutationEitherFailsOrMeansTheSameWrittenAnew) {
                                  AttributeList::Parse("a,(b=\\28y\\29),(c=x*)").value(),
                                  AttributeList::Parse("(a\\2Cb=\\FF\\00\\01),(a=10)").value(),
                                  AttributeList()};
-  Mutator mutator(1997, Bytes("()&|!=~<>*\\2acF \t\0\x80,_:10"));
+  Mutator mutator(1997, WithNuls("()&|!=~<>*\\2acF \t\0\x80,_:10"));
   int parsed = 0;
   for (int round = 0; round < 50000; ++round) {
     const std::string text = mutator.Mutate(seeds[mutator.Below(std::size(seeds))]);

@@ -60,7 +60,7 @@ TEST(ParseServiceType, RefusesWhatIsNoType) {
                                   std::string("not a url"),
                                   std::string("http:"),
                                   std::string("zdrest:http"),
-                                  Bytes("service:x\0"),
+                                  WithNuls("service:x\0"),
                                   std::string("service:x\\2C"),
                                   std::string("service:\xC3\xBC"),
                                   "service:x" + Repeat(":", 100000)}) {

@@ -51,6 +51,7 @@ TEST(ParseServiceUrl, SplitsUrls) {
       {"service:x://h/a:/b://c", {"service:x", "h", 0, "", "/a:/b://c"}},
       {"service:x:/at/Laser\\20One:LaserWriter@zone/p",
        {"service:x", "Laser\\20One:LaserWriter@zone", 0, "at", "/p"}},
+      {"service:x:/AT/a:b:zone;c", {"service:x", "a:b:zone", 0, "at", ";c"}},
       {"service:x:/ipx/0000A1b2:00001b4c5d6e:0451;q",
        {"service:x", "0000A1b2:00001b4c5d6e:0451", 0, "ipx", ";q"}},
   };
@@ -98,7 +99,7 @@ TEST(ParseServiceUrl, RefusesWhatIsNoUrl) {
       "service:x:/at/object",
       "service:x:/at/:type",
       "service:x:/at/a=b:type",
-      Bytes("service:x://h\0/p"),
+      WithNuls("service:x://h\0/p"),
       "service:x://" + Repeat("[", 100000),
       Repeat(":", 100000),
   };
@@ -111,7 +112,7 @@ TEST(ParseServiceUrl, AnyMutationParsesOrFailsAndItsPartsComeFromTheText) {
   const std::string seeds[] = {
       "service:zdrest.tamro:http://u@10.0.0.5:8080/api;a=b", "service:x://[fe80::1%eth0]:80/p",
       "service:x:/ipx/0000A1b2:00001b4c5d6e:0451/p", "service:x:/at/a:b@c", "http://h"};
-  Mutator mutator(2609, Bytes("service:/@[]%;.?#0919aF \0\xFF\\"));
+  Mutator mutator(2609, WithNuls("service:/@[]%;.?#0919aF \0\xFF\\"));
   int parsed = 0;
   for (int round = 0; round < 50000; ++round) {
     const std::string text = mutator.Mutate(seeds[mutator.Below(std::size(seeds))]);

@@ -76,7 +76,7 @@ TEST(IsValidScope, RefusesReservedCharactersUnlessEscaped) {
        {std::string(),      std::string(" "),    std::string("a,b"),   std::string("a;b"),
         std::string("a+b"), std::string("a*"),   std::string("(a"),    std::string("a)"),
         std::string("a!"),  std::string("a<b"),  std::string("a=b"),   std::string("a>b"),
-        std::string("a~"),  std::string("a\tb"), std::string("a\x7F"), Bytes("a\0"),
+        std::string("a~"),  std::string("a\tb"), std::string("a\x7F"), WithNuls("a\0"),
         std::string("a\\"), std::string("a\\2"), std::string("a\\zz"), std::string("a\\41")}) {
     EXPECT_FALSE(IsValidScope(scope)) << scope;
   }

@@ -28,7 +28,7 @@ TEST(IsValidTagPattern, TakesTagsWithStars) {
   }
   for (const std::string& pattern :
        {std::string(), std::string(" "), std::string("a_b"), std::string("a=b"), std::string("(a)"),
-        std::string("a,b"), std::string("a\\"), std::string("a\\zz"), std::string("a\tb"), Bytes("a\0")}) {
+        std::string("a,b"), std::string("a\\"), std::string("a\\zz"), std::string("a\tb"), WithNuls("a\0")}) {
     EXPECT_FALSE(IsValidTagPattern(pattern)) << pattern;
   }
 }
@@ -59,6 +59,11 @@ TEST(TagPatterns, MatchTagsInAnyCase) {
     EXPECT_EQ(TagPatterns(row.patterns).Matches(row.tag), row.matches)
         << testing::PrintToString(row.patterns) << ' ' << row.tag;
   }
+}
+
+TEST(TagPatterns, KnowWhetherTheyWereAskedForAnything) {
+  EXPECT_TRUE(TagPatterns({}).empty());
+  EXPECT_FALSE(TagPatterns({"a\\zz"}).empty());
 }
 
 }  // namespace
