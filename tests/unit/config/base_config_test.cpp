@@ -121,6 +121,7 @@ TEST(BaseConfig, RefusesWaitAndTimeoutsOfTheLongConstructorTogether) {
     std::vector<SResult> problems;
     const auto config = Make<CKelSLPConfig>(values.Arguments(), problems);
     std::vector<std::string> details;
+    details.reserve(problems.size());
     for (const SResult& problem : problems) {
       details.push_back(problem.GetErrorDetail());
     }

@@ -3,6 +3,7 @@
 #include <limits>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "kelsd/CKelSLPClientConfig.h"
@@ -18,7 +19,9 @@ const SResult kSuccess(SResult::ERR_SUCCESS);
 
 const std::vector<int> kFour = {500, 750, 1100, 1600};
 const std::vector<int> kFive = {500, 750, 1100, 1600, 2000};
-const std::vector<int> kFourThenGuide = {500, 750, 1100, 1600, 2000, 3000};
+const std::vector<int> kSix = {500, 750, 1100, 1600, 2000, 3000};
+
+using Timing = decltype(ReadTiming(std::declval<CKelSLPClientConfig&>()));
 
 /// A record whose timing differs from the defaults and whose timeout is none that the tests set.
 CKelSLPClientConfig OtherRecord() {
@@ -30,36 +33,27 @@ CKelSLPClientConfig OtherRecord() {
 }
 
 TEST(ClientConfigTimeout, IsDividedInTheProportionsOfTheDefaults) {
-  const struct {
-    int timeout;
-    int da_discovery_wait;
-    std::vector<int> da_discovery_timeouts;
-    int multicast_wait;
-    std::vector<int> multicast_timeouts;
-    int unicast_wait;
-    std::vector<int> unicast_timeouts;
-  } rows[] = {
-      {10000, 4000, kFour, 6000, kFive, 4000, kFour},
-      {15000, 6000, kFive, 9000, kFourThenGuide, 6000, kFive},
-      {30000, 12000, kFourThenGuide, 18000, kFourThenGuide, 12000, kFourThenGuide},
-      {1252, 501, kFour, 751, kFive, 501, kFour},
-      {12001, 4800, kFour, 7201, kFive, 4801, kFour},
-      // The fifth timeout fits from a wait of 5951 on, the sixth from 8951 on.
-      {14875, 5950, kFour, 8925, kFive, 5950, kFour},
-      {14877, 5951, kFive, 8926, kFive, 5951, kFive},
-      {14917, 5967, kFive, 8950, kFive, 5967, kFive},
-      {14918, 5967, kFive, 8951, kFourThenGuide, 5967, kFive},
-      {22377, 8951, kFourThenGuide, 13426, kFourThenGuide, 8951, kFourThenGuide},
-      {std::numeric_limits<int>::max(), 858993459, kFourThenGuide, 1288490188, kFourThenGuide, 858993459,
-       kFourThenGuide},
+  // Waits and timeouts of directory agent discovery, multicast and unicast, then the timeout given.
+  const Timing rows[] = {
+      {4000, kFour, 6000, kFive, 4000, kFour, 10000},
+      {6000, kFive, 9000, kSix, 6000, kFive, 15000},
+      {12000, kSix, 18000, kSix, 12000, kSix, 30000},
+      {501, kFour, 751, kFive, 501, kFour, 1252},
+      {4800, kFour, 7201, kFive, 4801, kFour, 12001},
+      // A fifth timeout fits into a wait of 5951, a sixth into one of 8951.
+      {5950, kFour, 8925, kFive, 5950, kFour, 14875},
+      {5951, kFive, 8926, kFive, 5951, kFive, 14877},
+      {5967, kFive, 8950, kFive, 5967, kFive, 14917},
+      {5967, kFive, 8951, kSix, 5967, kFive, 14918},
+      {8951, kSix, 13426, kSix, 8951, kSix, 22377},
+      {858993459, kSix, 1288490188, kSix, 858993459, kSix, std::numeric_limits<int>::max()},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.timeout);
+    const int timeout = std::get<6>(row);
+    SCOPED_TRACE(timeout);
     CKelSLPClientConfig config = OtherRecord();
-    EXPECT_THAT(config.SetTimeout(row.timeout), SameResult(kSuccess));
-    EXPECT_EQ(ReadTiming(config),
-              std::make_tuple(row.da_discovery_wait, row.da_discovery_timeouts, row.multicast_wait,
-                              row.multicast_timeouts, row.unicast_wait, row.unicast_timeouts, row.timeout));
+    EXPECT_THAT(config.SetTimeout(timeout), SameResult(kSuccess));
+    EXPECT_EQ(ReadTiming(config), row);
   }
 }
 

@@ -37,16 +37,15 @@ TEST(ServiceConfigFields, NumbersHaveALowestValue) {
        &CKelSLPServiceConfig::ValidateStaleDACheckPeriod, &CKelSLPServiceConfig::SetStaleDACheckPeriod,
        &CKelSLPServiceConfig::GetStaleDACheckPeriod},
   };
-  const std::string prefix = "kelsd::CKelSLPServiceConfig::";
   for (const Number& number : numbers) {
     SCOPED_TRACE(number.name);
+    const std::string validate_trail = "kelsd::CKelSLPServiceConfig::Validate" + number.name;
+    const std::string set_trail = "kelsd::CKelSLPServiceConfig::Set" + number.name + " " + validate_trail;
     for (const int value : {number.minimum - 1, std::numeric_limits<int>::min()}) {
       CKelSLPServiceConfig config;
       const std::string detail = number.sentence + std::to_string(value) + ".";
-      EXPECT_THAT(number.validate(value), SameResult(Refusal(detail, prefix + "Validate" + number.name)));
-      EXPECT_THAT((config.*number.set)(value),
-                  SameResult(Refusal(
-                      detail, prefix + "Set" + number.name + " " + prefix + "Validate" + number.name)));
+      EXPECT_THAT(number.validate(value), SameResult(Refusal(detail, validate_trail)));
+      EXPECT_THAT((config.*number.set)(value), SameResult(Refusal(detail, set_trail)));
       EXPECT_EQ((config.*number.get)(), number.initial);
     }
     for (const int value : {number.minimum, number.minimum + 1, std::numeric_limits<int>::max()}) {
