@@ -11,34 +11,34 @@ constexpr int kUnbounded = std::numeric_limits<int>::max();
 constexpr std::string_view kTimeoutsDefault = "500,750,1000,1500,2000,3000";
 
 constexpr PropertyInfo Flag(std::string_view key, std::string_view default_value, std::string_view effect) {
-  return {.key = key, .kind = PropertyKind::kBool, .default_value = default_value, .effect = effect};
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kBool};
 }
 
 constexpr PropertyInfo Number(std::string_view key, std::string_view default_value, int least, int most,
                               std::string_view effect) {
   return {.key = key,
-          .kind = PropertyKind::kInt,
           .default_value = default_value,
+          .effect = effect,
+          .kind = PropertyKind::kInt,
           .least = least,
-          .most = most,
-          .effect = effect};
+          .most = most};
 }
 
 constexpr PropertyInfo Timeouts(std::string_view key, std::string_view effect) {
   return {.key = key,
-          .kind = PropertyKind::kTimeouts,
           .default_value = kTimeoutsDefault,
+          .effect = effect,
+          .kind = PropertyKind::kTimeouts,
           .least = 1,
-          .most = kUnbounded,
-          .effect = effect};
+          .most = kUnbounded};
 }
 
 constexpr PropertyInfo Text(std::string_view key, std::string_view default_value, std::string_view effect) {
-  return {.key = key, .kind = PropertyKind::kText, .default_value = default_value, .effect = effect};
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kText};
 }
 
 constexpr PropertyInfo List(std::string_view key, std::string_view default_value, std::string_view effect) {
-  return {.key = key, .kind = PropertyKind::kTextList, .default_value = default_value, .effect = effect};
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kTextList};
 }
 
 constexpr PropertyInfo WithoutEffect(PropertyInfo property) {

@@ -18,13 +18,13 @@ enum class PropertyKind {
 
 struct PropertyInfo {
   std::string_view key;
-  PropertyKind kind = PropertyKind::kText;
   std::string_view default_value;
+  std::string_view effect;  ///< one line for a reader of --help
+  PropertyKind kind = PropertyKind::kText;
   int least = 0;
   int most = 0;
-  bool read_only = false;   ///< neither a file nor SLPSetProperty changes it
-  bool has_effect = true;   ///< whether this agent heeds it
-  std::string_view effect;  ///< one line for a reader of --help
+  bool read_only = false;  ///< neither a file nor SLPSetProperty changes it
+  bool has_effect = true;  ///< whether this agent heeds it
 };
 
 /// Every property with a default, in the order in which the documentation lists them.

@@ -1,3 +1,4 @@
+// Reading of whole messages; field by field: field_reader.h and layout.h.
 #include <algorithm>
 #include <utility>
 

@@ -1,3 +1,4 @@
+// Writing of whole messages; field by field: field_writer.h and layout.h.
 #include <algorithm>
 #include <utility>
 

@@ -268,9 +268,9 @@ TEST(DecodeTest, ExtensionChains) {
   }
 }
 
-// A chain with as many links as there is room for is walked once from end to end.
-TEST(DecodeTest, LongestPossibleChain) {
-  constexpr std::size_t kLinks = 3'000'000;
+// A chain of nothing but heads is walked once from end to end.
+TEST(DecodeTest, LongChain) {
+  constexpr std::size_t kLinks = 100'000;
   Bytes bytes = Acknowledgment(18, {});
   bytes.reserve(18 + 5 * kLinks);
   for (std::size_t link = 1; link <= kLinks; ++link) {

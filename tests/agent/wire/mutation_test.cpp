@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 
 #include "agent/wire/golden_messages.h"
 #include "agent/wire/printing.h"
@@ -42,19 +43,24 @@ void CorrectLength(Bytes& bytes) {
   }
 }
 
-TEST(MutationTest, EveryByteWithEveryValue) {
+TEST(MutationTest, EveryByteChanged) {
   int survivors = 0;
   for (const GoldenMessage& golden : GoldenMessages()) {
     SCOPED_TRACE(golden.name);
     for (std::size_t position = 0; position < golden.bytes.size(); ++position) {
-      for (int value = 0; value < 256; ++value) {
+      const unsigned byte = golden.bytes[position];
+      std::set<unsigned> values = {0, 1, 0xFF, (byte + 1) & 0xFF, (byte - 1) & 0xFF};
+      for (unsigned bit = 0; bit < 8; ++bit) {
+        values.insert(byte ^ 1U << bit);
+      }
+      for (const unsigned value : values) {
         Bytes bytes = golden.bytes;
         bytes[position] = static_cast<std::uint8_t>(value);
         survivors += SurvivesARoundTrip(bytes);
       }
     }
   }
-  EXPECT_GT(survivors, 10'000);
+  EXPECT_GT(survivors, 1000);
 }
 
 TEST(MutationTest, RandomDamage) {
