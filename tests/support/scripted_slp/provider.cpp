@@ -35,6 +35,8 @@ struct Books {
   std::vector<std::string> violations;
 };
 
+thread_local bool doing_own_work = false;
+
 struct Provider {
   std::mutex mutex;
   Books books;
@@ -97,6 +99,16 @@ void* HandOut(std::size_t size) {
 }
 
 }  // namespace
+
+WorkMark::WorkMark(bool own) : former_(std::exchange(doing_own_work, own)) {}
+
+WorkMark::~WorkMark() {
+  doing_own_work = former_;
+}
+
+bool DoingOwnWork() {
+  return doing_own_work;
+}
 
 Call::Call(Function function, const std::string& name, const std::vector<std::string>& arguments) {
   Begin(function, CallText(name, arguments));

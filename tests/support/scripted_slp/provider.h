@@ -13,6 +13,18 @@
 
 namespace scripted_slp {
 
+/// Marks what this thread does as the provider's own work, or as its caller's again.
+class WorkMark {
+ public:
+  explicit WorkMark(bool own);
+  ~WorkMark();
+  WorkMark(const WorkMark&) = delete;
+  WorkMark& operator=(const WorkMark&) = delete;
+
+ private:
+  const bool former_;
+};
+
 /// One call of an SLP function: logs it, does what its script says first, and keeps its handle in use while
 /// it lasts.
 class Call {

@@ -123,6 +123,8 @@ std::vector<SLPBoolean> CallbackAnswers();
 /// Handles that are open now, and pieces of memory that wait for SLPFree.
 int OpenHandles();
 int OutstandingMemory();
+/// Whether this thread is within the provider, and not in a callback of its caller.
+bool DoingOwnWork();
 /// Breaches of the API's rules: a closed or foreign handle used, a handle used by two calls at once, memory
 /// freed that wasn't handed out.
 std::vector<std::string> Violations();

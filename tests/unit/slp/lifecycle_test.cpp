@@ -8,6 +8,7 @@
 
 #include "kelsd/CKelSLP.h"
 #include "slp/slp_impl.h"
+#include "support/allocation_failure.h"
 #include "support/core_fixture.h"
 
 namespace kelsd {
@@ -233,6 +234,24 @@ TEST_F(Lifecycle, NothingThatFailsAfterTheResidentHandleIsOpenMatters) {
   EXPECT_THAT(CKelSLP::Initialize(), SameResult(kSuccess));
   EXPECT_TRUE(CKelSLP::IsInitialized());
   EXPECT_EQ(scripted_slp::Calls("SLPSetProperty").size(), 12U);
+}
+
+TEST_F(Lifecycle, SurvivesEveryFailingAllocation) {
+  scripted_slp::RemoveProperty("net.slp.isDA");
+  int failed = 0;
+  FailEachAllocation(
+      [] {
+        SResult result = CKelSLPImpl::ReInitialize(true);
+        return result;
+      },
+      [&](const SResult& result) {
+        // What fails after the resident handle is open doesn't matter.
+        EXPECT_EQ(result, CKelSLP::IsInitialized() ? SResult::ERR_SUCCESS : SResult::ERR_OUT_OF_MEMORY);
+        failed += result.IsOk() ? 0 : 1;
+        EXPECT_EQ(scripted_slp::OpenHandles(), result.IsOk() ? 1 : 0);
+      });
+  EXPECT_GT(failed, 30);
+  EXPECT_TRUE(CKelSLP::IsInitialized());
 }
 
 TEST_F(Lifecycle, ASnapshotOutlivesFailures) {
