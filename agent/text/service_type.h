@@ -26,6 +26,7 @@ struct ServiceType {
   bool operator==(const ServiceType&) const = default;
 };
 
+/// White space around it is ignored. Names are of letters, digits and "+-._".
 /// kParseError when the text is no service type; "service:servicehost.tamro:" (an empty concrete type) is
 /// one.
 Result<ServiceType> ParseServiceType(std::string_view text);
