@@ -54,11 +54,11 @@ struct Kind {
   std::vector<int> default_timeouts;
   SResult (*validate_wait)(const int&, const std::vector<int>&);
   SResult (*validate_timeouts)(const std::vector<int>&, const int&);
-  SResult (CKelSLPClientConfig::*set_wait)(const int&);
-  SResult (CKelSLPClientConfig::*set_timeouts)(const std::vector<int>&);
-  SResult (CKelSLPClientConfig::*set_both)(const int&, const std::vector<int>&);
-  int (CKelSLPClientConfig::*wait)() const;
-  std::vector<int> (CKelSLPClientConfig::*timeouts)() const;
+  SResult (*set_wait)(CKelSLPClientConfig&, int);
+  SResult (*set_timeouts)(CKelSLPClientConfig&, const std::vector<int>&);
+  SResult (*set_both)(CKelSLPClientConfig&, int, const std::vector<int>&);
+  int (*wait)(const CKelSLPClientConfig&);
+  std::vector<int> (*timeouts)(const CKelSLPClientConfig&);
   int wait_of_the_other;
 };
 
@@ -71,7 +71,7 @@ class ClientConfigTiming : public ::testing::TestWithParam<Kind> {
       kClass + "Validate" + kind_.name + "Timeouts kelsd::CKelSLPConfig::ValidateTimeouts";
 
   static std::tuple<int, std::vector<int>, int> State(const Kind& kind, CKelSLPClientConfig& config) {
-    return {(config.*kind.wait)(), (config.*kind.timeouts)(), config.GetTimeout()};
+    return {kind.wait(config), kind.timeouts(config), config.GetTimeout()};
   }
   std::tuple<int, std::vector<int>, int> Unchanged() const {
     return {kind_.default_wait, kind_.default_timeouts, 10000};
@@ -107,7 +107,7 @@ TEST_P(ClientConfigTiming, RefusesWaits) {
   for (const WaitRow& row : RefusedWaits(kind_.words)) {
     EXPECT_THAT(kind_.validate_wait(row.wait, row.timeouts), SameResult(Refusal(row.detail, wait_trail_)));
     CKelSLPClientConfig config;
-    EXPECT_THAT((config.*kind_.set_both)(row.wait, row.timeouts),
+    EXPECT_THAT(kind_.set_both(config, row.wait, row.timeouts),
                 SameResult(Refusal(row.detail,
                                    kClass + "Set" + kind_.name + "MaximumWaitAndTimeouts " + wait_trail_)));
     EXPECT_EQ(State(kind_, config), Unchanged());
@@ -119,7 +119,7 @@ TEST_P(ClientConfigTiming, AcceptsWaits) {
   for (const WaitRow& row : rows) {
     EXPECT_THAT(kind_.validate_wait(row.wait, row.timeouts), SameResult(kSuccess));
     CKelSLPClientConfig config;
-    EXPECT_THAT((config.*kind_.set_both)(row.wait, row.timeouts), SameResult(kSuccess));
+    EXPECT_THAT(kind_.set_both(config, row.wait, row.timeouts), SameResult(kSuccess));
     EXPECT_EQ(State(kind_, config),
               std::make_tuple(row.wait, row.timeouts, row.wait + kind_.wait_of_the_other));
   }
@@ -128,25 +128,25 @@ TEST_P(ClientConfigTiming, AcceptsWaits) {
 TEST_P(ClientConfigTiming, SetsTheWaitByItself) {
   CKelSLPClientConfig config;
   EXPECT_THAT(
-      (config.*kind_.set_wait)(500),
+      kind_.set_wait(config, 500),
       SameResult(Refusal("The " + kind_.words + " maximum wait is too small (must be at least 501): 500.",
                          kClass + "Set" + kind_.name + "MaximumWait " + wait_trail_)));
   EXPECT_EQ(State(kind_, config), Unchanged());
-  EXPECT_THAT((config.*kind_.set_wait)(501), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_wait(config, 501), SameResult(kSuccess));
   EXPECT_EQ(State(kind_, config),
             std::make_tuple(501, kind_.default_timeouts, 501 + kind_.wait_of_the_other));
 }
 
 TEST_P(ClientConfigTiming, ChecksTheWaitAgainstTheTimeoutsHeld) {
   CKelSLPClientConfig config;
-  ASSERT_THAT((config.*kind_.set_timeouts)({600}), SameResult(kSuccess));
+  ASSERT_THAT(kind_.set_timeouts(config, {600}), SameResult(kSuccess));
   EXPECT_THAT(
-      (config.*kind_.set_wait)(600),
+      kind_.set_wait(config, 600),
       SameResult(Refusal("The " + kind_.words + " maximum wait is too small (must be greater than first " +
                              kind_.words + " timeout 600):600.",
                          kClass + "Set" + kind_.name + "MaximumWait " + wait_trail_)));
   EXPECT_EQ(State(kind_, config), std::make_tuple(kind_.default_wait, std::vector<int>{600}, 10000));
-  EXPECT_THAT((config.*kind_.set_wait)(601), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_wait(config, 601), SameResult(kSuccess));
 }
 
 TEST_P(ClientConfigTiming, RefusesTimeouts) {
@@ -168,7 +168,7 @@ TEST_P(ClientConfigTiming, RefusesTimeouts) {
     EXPECT_THAT(kind_.validate_timeouts(row.timeouts, kind_.default_wait),
                 SameResult(Refusal(row.detail, timeouts_trail_)));
     CKelSLPClientConfig config;
-    EXPECT_THAT((config.*kind_.set_timeouts)(row.timeouts),
+    EXPECT_THAT(kind_.set_timeouts(config, row.timeouts),
                 SameResult(Refusal(row.detail, kClass + "Set" + kind_.name + "Timeouts " + timeouts_trail_)));
     EXPECT_EQ(State(kind_, config), Unchanged());
   }
@@ -179,57 +179,67 @@ TEST_P(ClientConfigTiming, KeepsTheFirstSixTimeouts) {
   const std::vector<int> kept = {100, 200, 300, 400, 500, 600};
   EXPECT_THAT(kind_.validate_timeouts(given, kind_.default_wait), SameResult(kSuccess));
   CKelSLPClientConfig config;
-  EXPECT_THAT((config.*kind_.set_timeouts)(given), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_timeouts(config, given), SameResult(kSuccess));
   EXPECT_EQ(State(kind_, config), std::make_tuple(kind_.default_wait, kept, 10000));
-  EXPECT_THAT((config.*kind_.set_both)(700, given), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_both(config, 700, given), SameResult(kSuccess));
   EXPECT_EQ(State(kind_, config), std::make_tuple(700, kept, 700 + kind_.wait_of_the_other));
 }
 
 TEST_P(ClientConfigTiming, SetTimeoutsLeavesATimeoutThatWasGiven) {
   CKelSLPClientConfig config;
   ASSERT_THAT(config.SetTimeout(12001), SameResult(kSuccess));
-  ASSERT_THAT((config.*kind_.set_timeouts)({150}), SameResult(kSuccess));
+  ASSERT_THAT(kind_.set_timeouts(config, {150}), SameResult(kSuccess));
   EXPECT_EQ(config.GetTimeout(), 12001);
 }
 
 TEST_P(ClientConfigTiming, HoldsTheTimeoutAtTheLargestInteger) {
   CKelSLPClientConfig config;
-  EXPECT_THAT((config.*kind_.set_wait)(kLargest - kind_.wait_of_the_other), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_wait(config, kLargest - kind_.wait_of_the_other), SameResult(kSuccess));
   EXPECT_EQ(config.GetTimeout(), kLargest);
-  EXPECT_THAT((config.*kind_.set_wait)(kLargest - kind_.wait_of_the_other - 1), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_wait(config, kLargest - kind_.wait_of_the_other - 1), SameResult(kSuccess));
   EXPECT_EQ(config.GetTimeout(), kLargest - 1);
-  EXPECT_THAT((config.*kind_.set_wait)(kLargest), SameResult(kSuccess));
+  EXPECT_THAT(kind_.set_wait(config, kLargest), SameResult(kSuccess));
   EXPECT_EQ(config.GetTimeout(), kLargest);
-  EXPECT_THAT((config.*kind_.set_both)(kLargest, {500}), SameResult(kSuccess));
-  EXPECT_EQ(State(kind_, config), std::make_tuple(kLargest, std::vector<int>{500}, kLargest));
+  const std::vector<int> timeouts = {500};
+  EXPECT_THAT(kind_.set_both(config, kLargest, timeouts), SameResult(kSuccess));
+  EXPECT_EQ(State(kind_, config), std::make_tuple(kLargest, timeouts, kLargest));
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, ClientConfigTiming,
-                         ::testing::Values(Kind{"DADiscovery",
-                                                "directory agent discovery",
-                                                4000,
-                                                {500, 750, 1100, 1600},
-                                                &CKelSLPClientConfig::ValidateDADiscoveryMaximumWait,
-                                                &CKelSLPClientConfig::ValidateDADiscoveryTimeouts,
-                                                &CKelSLPClientConfig::SetDADiscoveryMaximumWait,
-                                                &CKelSLPClientConfig::SetDADiscoveryTimeouts,
-                                                &CKelSLPClientConfig::SetDADiscoveryMaximumWaitAndTimeouts,
-                                                &CKelSLPClientConfig::GetDADiscoveryMaximumWait,
-                                                &CKelSLPClientConfig::GetDADiscoveryTimeouts,
-                                                6000},
-                                           Kind{"Multicast",
-                                                "multicast",
-                                                6000,
-                                                {500, 750, 1100, 1600, 2000},
-                                                &CKelSLPClientConfig::ValidateMulticastMaximumWait,
-                                                &CKelSLPClientConfig::ValidateMulticastTimeouts,
-                                                &CKelSLPClientConfig::SetMulticastMaximumWait,
-                                                &CKelSLPClientConfig::SetMulticastTimeouts,
-                                                &CKelSLPClientConfig::SetMulticastMaximumWaitAndTimeouts,
-                                                &CKelSLPClientConfig::GetMulticastMaximumWait,
-                                                &CKelSLPClientConfig::GetMulticastTimeouts,
-                                                4000}),
-                         [](const ::testing::TestParamInfo<Kind>& kind) { return kind.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ClientConfigTiming,
+    ::testing::Values(Kind{"DADiscovery",
+                           "directory agent discovery",
+                           4000,
+                           {500, 750, 1100, 1600},
+                           &CKelSLPClientConfig::ValidateDADiscoveryMaximumWait,
+                           &CKelSLPClientConfig::ValidateDADiscoveryTimeouts,
+                           [](CKelSLPClientConfig& c, int wait) { return c.SetDADiscoveryMaximumWait(wait); },
+                           [](CKelSLPClientConfig& c, const std::vector<int>& timeouts) {
+                             return c.SetDADiscoveryTimeouts(timeouts);
+                           },
+                           [](CKelSLPClientConfig& c, int wait, const std::vector<int>& timeouts) {
+                             return c.SetDADiscoveryMaximumWaitAndTimeouts(wait, timeouts);
+                           },
+                           [](const CKelSLPClientConfig& c) { return c.GetDADiscoveryMaximumWait(); },
+                           [](const CKelSLPClientConfig& c) { return c.GetDADiscoveryTimeouts(); },
+                           6000},
+                      Kind{"Multicast",
+                           "multicast",
+                           6000,
+                           {500, 750, 1100, 1600, 2000},
+                           &CKelSLPClientConfig::ValidateMulticastMaximumWait,
+                           &CKelSLPClientConfig::ValidateMulticastTimeouts,
+                           [](CKelSLPClientConfig& c, int wait) { return c.SetMulticastMaximumWait(wait); },
+                           [](CKelSLPClientConfig& c, const std::vector<int>& timeouts) {
+                             return c.SetMulticastTimeouts(timeouts);
+                           },
+                           [](CKelSLPClientConfig& c, int wait, const std::vector<int>& timeouts) {
+                             return c.SetMulticastMaximumWaitAndTimeouts(wait, timeouts);
+                           },
+                           [](const CKelSLPClientConfig& c) { return c.GetMulticastMaximumWait(); },
+                           [](const CKelSLPClientConfig& c) { return c.GetMulticastTimeouts(); },
+                           4000}),
+    [](const ::testing::TestParamInfo<Kind>& kind) { return kind.param.name; });
 
 TEST(ClientConfigFields, TheTimeoutFollowsTheWaits) {
   CKelSLPClientConfig config;
