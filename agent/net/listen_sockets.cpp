@@ -104,6 +104,13 @@ asio::error_code SendGroupsBy(udp::socket& socket, const asio::ip::address& addr
                                                  static_cast<unsigned int>(address.to_v6().scope_id())));
 }
 
+template <typename Option>
+asio::error_code ChangeMembership(udp::socket& socket, const asio::ip::address& group,
+                                  const asio::ip::address& interface_address) {
+  return group.is_v4() ? SetOption(socket, Option(group.to_v4(), interface_address.to_v4()))
+                       : SetOption(socket, Option(group.to_v6(), interface_address.to_v6().scope_id()));
+}
+
 }  // namespace
 
 #ifdef _WIN32
@@ -143,10 +150,12 @@ asio::error_code OpenBroadcastSocket(udp::socket& socket, const udp::endpoint& b
 
 asio::error_code JoinGroup(udp::socket& socket, const asio::ip::address& group,
                            const asio::ip::address& interface_address) {
-  return group.is_v4()
-             ? SetOption(socket, asio::ip::multicast::join_group(group.to_v4(), interface_address.to_v4()))
-             : SetOption(socket, asio::ip::multicast::join_group(group.to_v6(),
-                                                                 interface_address.to_v6().scope_id()));
+  return ChangeMembership<asio::ip::multicast::join_group>(socket, group, interface_address);
+}
+
+asio::error_code LeaveGroup(udp::socket& socket, const asio::ip::address& group,
+                            const asio::ip::address& interface_address) {
+  return ChangeMembership<asio::ip::multicast::leave_group>(socket, group, interface_address);
 }
 
 asio::error_code OpenAcceptor(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& local) {

@@ -33,6 +33,10 @@ asio::error_code OpenBroadcastSocket(asio::ip::udp::socket& socket, const asio::
 asio::error_code JoinGroup(asio::ip::udp::socket& socket, const asio::ip::address& group,
                            const asio::ip::address& interface_address);
 
+/// The opposite of JoinGroup.
+asio::error_code LeaveGroup(asio::ip::udp::socket& socket, const asio::ip::address& group,
+                            const asio::ip::address& interface_address);
+
 /// A listening TCP socket. A restarted program can take an address again whose old connections still linger,
 /// a second one can't take it while the first listens.
 asio::error_code OpenAcceptor(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& local);

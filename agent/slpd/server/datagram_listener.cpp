@@ -53,6 +53,10 @@ asio::error_code DatagramListener::Join(const asio::ip::address& group) {
   return JoinGroup(socket_, group, local_);
 }
 
+asio::error_code DatagramListener::Leave(const asio::ip::address& group) {
+  return LeaveGroup(socket_, group, local_);
+}
+
 void DatagramListener::Receive() {
   socket_.async_receive_from(asio::buffer(buffer_), sender_,
                              [self = shared_from_this()](const asio::error_code& error, std::size_t size) {

@@ -35,6 +35,7 @@ class DatagramListener : public std::enable_shared_from_this<DatagramListener> {
 
   /// Lets a unicast socket hear a group through its interface.
   asio::error_code Join(const asio::ip::address& group);
+  asio::error_code Leave(const asio::ip::address& group);
 
   const asio::ip::address& local_address() const { return local_; }
 

@@ -65,7 +65,7 @@ Listeners::~Listeners() {
 // 1. Open what the plan wants and is not open yet; what fails is told.
 // 2. With nothing open at the end, leave all as it was.
 // 3. Close what the plan no longer wants, start what is new.
-// 4. Join the group where the plan wants it and it is not joined yet.
+// 4. Join or leave the group where the plan has changed.
 bool Listeners::Apply(const ListenPlan& plan, std::vector<std::string>& problems) {
   std::map<Key, Place> next;
   std::vector<Key> opened;
@@ -97,8 +97,13 @@ bool Listeners::Apply(const ListenPlan& plan, std::vector<std::string>& problems
   }
   for (const ListenPlace& wanted : plan.places) {
     const auto place = places_.find({wanted.address, plan.port});
-    if (wanted.group && place != places_.end() && !place->second.in_group) {
+    if (place == places_.end() || wanted.group == place->second.in_group) {
+      continue;
+    }
+    if (wanted.group) {
       OpenGroup(place->second, wanted, plan, problems);
+    } else {
+      LeaveGroup(place->second);
     }
   }
   if (broadcast_changed) {
@@ -187,6 +192,17 @@ void Listeners::OpenGroup(Place& place, const ListenPlace& wanted, const ListenP
         [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); });
     place.group->Start();
   }
+}
+
+void Listeners::LeaveGroup(Place& place) {
+  if (place.group) {
+    place.group->Close();
+    place.group.reset();
+  } else {
+    // A membership that is already gone, with its interface, needs no leaving.
+    static_cast<void>(place.unicast->Leave(kMulticastGroup));
+  }
+  place.in_group = false;
 }
 
 void Listeners::OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems) {

@@ -58,6 +58,7 @@ class Listeners {
                             std::vector<std::string>& problems);
   void OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
                  std::vector<std::string>& problems);
+  static void LeaveGroup(Place& place);
   void OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems);
   DatagramListener* ListenerFacing(const asio::ip::address& sender) const;
 

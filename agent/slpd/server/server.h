@@ -55,6 +55,7 @@ class Server : private MessageReceiver {
 
   const Registry& registry() const { return registry_; }
   const Listeners& listeners() const { return listeners_; }
+  std::size_t watched_processes() const { return process_watch_.watched(); }
 
  private:
   // Tells the log, and the server which processes it may forget.

@@ -7,6 +7,8 @@
 #include <asio/buffer.hpp>
 #include <asio/io_context.hpp>
 #include <asio/ip/multicast.hpp>
+#include <asio/read.hpp>
+#include <asio/write.hpp>
 #include <chrono>
 
 #include "wire/codec.h"
@@ -68,6 +70,54 @@ std::optional<Bytes> AskGroup(const udp::endpoint& group, const Bytes& request, 
   socket.set_option(asio::ip::multicast::outbound_interface(asio::ip::address_v4::loopback()));
   socket.set_option(asio::ip::multicast::hops(0));
   return Ask(io, socket, group, request, replier, limit_ms);
+}
+
+TcpClient::TcpClient(const asio::ip::tcp::endpoint& where, const std::string& source) {
+  socket_.open(where.protocol());
+  socket_.bind({asio::ip::make_address(source), 0});
+  socket_.connect(where);
+}
+
+bool TcpClient::Send(const Bytes& bytes) {
+  asio::error_code error;
+  asio::write(socket_, asio::buffer(bytes), error);
+  return !error;
+}
+
+std::optional<Bytes> TcpClient::Receive() {
+  constexpr std::size_t kPeeked = 12;
+  Bytes message(kPeeked);
+  asio::error_code error;
+  if (Read(message.data(), kPeeked, error) != kPeeked) {
+    return std::nullopt;
+  }
+  const std::size_t length = PeekHeader(message)->length;
+  message.resize(std::max(length, kPeeked));
+  if (Read(message.data() + kPeeked, message.size() - kPeeked, error) != message.size() - kPeeked) {
+    return std::nullopt;
+  }
+  return message;
+}
+
+bool TcpClient::IsClosed() {
+  std::uint8_t byte = 0;
+  asio::error_code error;
+  return Read(&byte, 1, error) == 0 && (error == asio::error::eof || error == asio::error::connection_reset);
+}
+
+std::size_t TcpClient::Read(std::uint8_t* to, std::size_t size, asio::error_code& error) {
+  std::size_t received = 0;
+  asio::async_read(socket_, asio::buffer(to, size), [&](const asio::error_code& result, std::size_t count) {
+    error = result;
+    received = count;
+  });
+  io_.restart();
+  io_.run_for(std::chrono::seconds(5));
+  if (!io_.stopped()) {
+    socket_.cancel();
+    io_.run();
+  }
+  return received;
 }
 
 std::vector<std::string> FindServices(const udp::endpoint& where, const std::string& type) {

@@ -1,0 +1,108 @@
+#include "slpd/server/command_line.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <variant>
+
+#include "properties/catalogue.h"
+
+namespace slp {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Pair;
+using testing::StartsWith;
+
+std::variant<CommandLine, EarlyExit> Parse(std::vector<const char*> arguments) {
+  arguments.insert(arguments.begin(), "slpd");
+  return ParseCommandLine(static_cast<int>(arguments.size()), arguments.data());
+}
+
+TEST(CommandLine, NothingGivenMeansDefaults) {
+  const auto parsed = Parse({});
+  const auto* const line = std::get_if<CommandLine>(&parsed);
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->config_file + line->registration_file + line->log_file + line->pid_file, "");
+  EXPECT_TRUE(line->properties.empty());
+  EXPECT_FALSE(line->check);
+}
+
+TEST(CommandLine, TakesFilesAndProperties) {
+  const auto parsed = Parse({"--config", "a", "--regfile=b", "--log", "c", "--pidfile", "d", "--property",
+                             "net.slp.port=4270", "--property", " net.slp.useScopes = a,b ", "--property",
+                             "net.slp.DAAttributes=(x=1)", "--check"});
+  const auto* const line = std::get_if<CommandLine>(&parsed);
+  ASSERT_NE(line, nullptr);
+  EXPECT_EQ(line->config_file, "a");
+  EXPECT_EQ(line->registration_file, "b");
+  EXPECT_EQ(line->log_file, "c");
+  EXPECT_EQ(line->pid_file, "d");
+  EXPECT_THAT(line->properties, ElementsAre(Pair("net.slp.port", "4270"), Pair("net.slp.useScopes", "a,b"),
+                                            Pair("net.slp.DAAttributes", "(x=1)")));
+  EXPECT_TRUE(line->check);
+}
+
+TEST(CommandLine, WrongOnesSayWhatIsWrong) {
+  struct Row {
+    std::vector<const char*> arguments;
+    std::string text;
+  };
+  const Row rows[] = {
+      {{"--property", "net.slp.port"}, "slpd: --property: KEY=VALUE is wanted, not \"net.slp.port\"\n"},
+      {{"--property", "net.slp.prot=1"},
+       "slpd: --property: there is no property net.slp.prot (slpd --help-properties lists them)\n"},
+      {{"--property", "net.slp.port=0"}, "slpd: --property: net.slp.port must be "},
+      {{"--property", "net.slp.OpenSLPVersion=3"},
+       "slpd: --property: net.slp.OpenSLPVersion cannot be set\n"},
+      {{"--config"}, "slpd: --config: 1 required FILE missing\n"},
+      {{"--nonsense"}, "slpd: The following argument was not expected: --nonsense\n"},
+      {{"word"}, "slpd: The following argument was not expected: word\n"},
+  };
+  for (const Row& row : rows) {
+    const auto parsed = Parse(row.arguments);
+    const auto* const early = std::get_if<EarlyExit>(&parsed);
+    ASSERT_NE(early, nullptr) << row.text;
+    EXPECT_EQ(early->status, ExitStatus::kUsage);
+    EXPECT_THAT(early->text, AllOf(StartsWith(row.text), EndsWith("slpd --help shows what is possible.\n")));
+  }
+}
+
+TEST(CommandLine, HelpNamesEveryOptionStatusAndAnExample) {
+  const auto parsed = Parse({"--help"});
+  const auto* const early = std::get_if<EarlyExit>(&parsed);
+  ASSERT_NE(early, nullptr);
+  EXPECT_EQ(early->status, ExitStatus::kOk);
+  for (const char* const part :
+       {"--config FILE", "--regfile FILE", "--log FILE", "--pidfile FILE", "--property KEY=VALUE", "--check",
+        "--help-properties", "--version", "KELSD_SLPD_PIDFILE", "Exit status: 0 ", "1 could not start",
+        "2 wrong", "3 another slpd", "Examples:", "SIGHUP"}) {
+    EXPECT_THAT(early->text, HasSubstr(part));
+  }
+}
+
+TEST(CommandLine, HelpPropertiesListsTheWholeCatalogue) {
+  const auto parsed = Parse({"--help-properties"});
+  const auto* const early = std::get_if<EarlyExit>(&parsed);
+  ASSERT_NE(early, nullptr);
+  EXPECT_EQ(early->status, ExitStatus::kOk);
+  for (const PropertyInfo& property : PropertyCatalogue()) {
+    EXPECT_THAT(early->text,
+                HasSubstr("\n" + std::string(property.key) + " = " + std::string(property.default_value) +
+                          "\n    " + std::string(property.effect)));
+  }
+}
+
+TEST(CommandLine, VersionIsOneLine) {
+  const auto parsed = Parse({"--version"});
+  const auto* const early = std::get_if<EarlyExit>(&parsed);
+  ASSERT_NE(early, nullptr);
+  EXPECT_EQ(early->status, ExitStatus::kOk);
+  EXPECT_THAT(early->text, testing::MatchesRegex("slpd [0-9.]+ \\(SLPv2, RFC 2608\\)\n"));
+}
+
+}  // namespace
+}  // namespace slp
