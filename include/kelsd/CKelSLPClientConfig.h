@@ -17,6 +17,7 @@ namespace kelsd {
 /// milliseconds.
 class KELSD_EXPORT CKelSLPClientConfig : public CKelSLPConfig {
  public:
+  // Defaults and limits, named as those of the common settings.
   static const int MAXRESULTS_DEFAULT;
   static const int MAXRESULTS_MINIMUM;
   static const int TIMEOUT_DEFAULT;
@@ -31,6 +32,7 @@ class KELSD_EXPORT CKelSLPClientConfig : public CKelSLPConfig {
   static const int MULTICASTMAXIMUMWAIT_MINIMUM;
   static const int MULTICASTTIMEOUT_MINIMUM;
 
+  // A new list each call.
   static std::vector<int> DADISCOVERYTIMEOUTS_DEFAULT();
   static std::vector<int> DADISCOVERYTIMEOUTS_DEFAULT_SLP();
   static std::vector<int> DADISCOVERYTIMEOUTS_DEFAULT_KEL();
@@ -87,6 +89,7 @@ class KELSD_EXPORT CKelSLPClientConfig : public CKelSLPConfig {
   /// defaults, and gives each as many retransmissions as fit. The smallest timeout accepted is 1252.
   [[nodiscard]] SResult SetTimeout(const int& timeout);
 
+  // The checks that the setters make; a failure is ERR_INVALID_PARAMETER.
   [[nodiscard]] static SResult ValidateMaxResults(const int& max_results);
   [[nodiscard]] static SResult ValidateDADiscoveryMaximumWait(const int& maximum_wait,
                                                               const std::vector<int>& timeouts);

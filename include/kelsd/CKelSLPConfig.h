@@ -94,6 +94,7 @@ class KELSD_EXPORT CKelSLPConfig {
   static const bool USEIPV4_DEFAULT;
   static const bool USEIPV6_DEFAULT;
 
+  // Defaults that are lists or texts: a new value each call.
   static std::vector<int> UNICASTTIMEOUTS_DEFAULT();
   static std::vector<int> UNICASTTIMEOUTS_DEFAULT_SLP();
   static std::vector<int> UNICASTTIMEOUTS_DEFAULT_KEL();
@@ -151,7 +152,9 @@ class KELSD_EXPORT CKelSLPConfig {
   int GetPPort() const;
   /// Whether SLP authentication is on.
   bool GetSecurityEnabled() const;
+  /// Whether SLP runs over IPv4.
   bool GetUseIPv4() const;
+  /// Whether SLP runs over IPv6.
   bool GetUseIPv6() const;
   /// Version that the SLP installation reports.
   std::string GetOpenSLPVersion() const;
@@ -173,6 +176,7 @@ class KELSD_EXPORT CKelSLPConfig {
   /// list already just as it is given is left out.
   void SetInterfaces(const std::vector<std::string>& interfaces);
 
+  // The checks that the setters make; a failure is ERR_INVALID_PARAMETER.
   [[nodiscard]] static SResult ValidateMulticastTTL(const int& multicast_ttl);
   [[nodiscard]] static SResult ValidateUnicastMaximumWait(const int& maximum_wait,
                                                           const std::vector<int>& timeouts);

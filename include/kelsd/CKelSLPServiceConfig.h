@@ -17,6 +17,7 @@ namespace kelsd {
 /// at.
 class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
  public:
+  // Defaults, which are those of the SLP standard too, and limits.
   static const bool ISDA_DEFAULT;
   static const int DAHEARTBEAT_DEFAULT;
   static const int DAHEARTBEAT_MINIMUM;
@@ -34,6 +35,7 @@ class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
   static const int DAACTIVEDISCOVERYINTERVAL_DEFAULT;
   static const bool CHECKSOURCEADDR_DEFAULT;
 
+  // A new list each call.
   static std::vector<std::string> USESCOPES_DEFAULT();
   static std::vector<std::string> DAADDRESSES_DEFAULT();
   static std::vector<std::string> INDEXEDATTRIBUTES_DEFAULT();
@@ -78,9 +80,13 @@ class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
   bool GetIndexSrvtype() const;
   /// Attributes by which registrations are indexed, in lower case.
   std::vector<std::string> GetIndexedAttributes() const;
+  /// Whether traffic with directory agents is logged.
   bool GetTraceDATraffic() const;
+  /// Whether registrations are logged.
   bool GetTraceReg() const;
+  /// Whether dropped messages are logged.
   bool GetTraceDrop() const;
+  /// Whether all messages are logged.
   bool GetTraceMsg() const;
   /// Whether the log is continued rather than begun anew.
   bool GetAppendLog() const;
@@ -115,6 +121,7 @@ class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
   void SetTraceMsg(const bool& trace_msg);
   void SetAppendLog(const bool& append_log);
 
+  // The checks that the setters make; a failure is ERR_INVALID_PARAMETER.
   [[nodiscard]] static SResult ValidateDAHeartBeat(const int& da_heart_beat);
   [[nodiscard]] static SResult ValidateStaleDACheckPeriod(const int& stale_da_check_period);
 
