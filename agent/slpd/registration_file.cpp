@@ -1,8 +1,9 @@
 #include "slpd/registration_file.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -183,6 +184,21 @@ class Parser {
   std::vector<PropertyProblem>& problems_;
 };
 
+/// None when the file cannot be opened or, as a folder, not be read.
+std::optional<std::string> ReadFile(const std::string& path) {
+  std::ifstream stream(path, std::ios::binary);
+  if (!stream.is_open()) {
+    return std::nullopt;
+  }
+  std::string text;
+  std::array<char, 4096> block{};
+  do {
+    stream.read(block.data(), block.size());
+    text.append(block.data(), static_cast<std::size_t>(stream.gcount()));
+  } while (stream);
+  return stream.bad() ? std::nullopt : std::optional(std::move(text));
+}
+
 }  // namespace
 
 std::vector<FileRegistration> ParseRegistrationFile(std::string_view text, const std::string& file,
@@ -194,19 +210,15 @@ std::vector<FileRegistration> ParseRegistrationFile(std::string_view text, const
 std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Seconds now,
                                  std::vector<PropertyProblem>& problems) {
   const std::string& file = settings.registration_file;
-  std::string text;
-  if (!file.empty()) {
-    std::ifstream stream(file, std::ios::binary);
-    text.assign(std::istreambuf_iterator<char>(stream), {});
-    if (!stream.is_open() || stream.bad()) {
-      problems.push_back({file, 0, "cannot be read"});
-      return 0;
-    }
+  const std::optional<std::string> text = file.empty() ? std::string() : ReadFile(file);
+  if (!text) {
+    problems.push_back({file, 0, "cannot be read"});
+    return 0;
   }
 
   registry.DropFileRegistrations();
   std::size_t registered = 0;
-  for (const FileRegistration& entry : ParseRegistrationFile(text, file, settings.scopes, problems)) {
+  for (const FileRegistration& entry : ParseRegistrationFile(*text, file, settings.scopes, problems)) {
     const Registration& registration = entry.registration;
     const std::optional<RegistrationView> earlier = registry.Find(registration.url, registration.language);
     if (earlier) {
