@@ -11,6 +11,13 @@ if(TARGET slpd)
   install(TARGETS slpd RUNTIME DESTINATION ${CMAKE_INSTALL_SBINDIR})
 endif()
 
+# The agent's client half as an SLP library for programs that know the C API alone.
+install(TARGETS slp
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES agent/include/slp.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/KelServiceDiscovery)
 install(EXPORT KelServiceDiscovery NAMESPACE KelServiceDiscovery:: DESTINATION ${package_folder}
   FILE KelServiceDiscoveryConfig.cmake)
