@@ -73,7 +73,7 @@ SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept {
   return WithHandle(handle, [&](HandleState& state) {
     asio::error_code error;
     const auto peer = asio::ip::make_address_v4(std::string(Trim(address)), error);
-    if (error) {
+    if (error || peer.is_unspecified() || peer.is_multicast()) {
       return SLP_PARAMETER_BAD;
     }
     state.peer = peer;

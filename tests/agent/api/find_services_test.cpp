@@ -51,6 +51,13 @@ TEST_F(FindServicesTest, AnEmptyScopeListStandsForTheConfiguredScopes) {
   EXPECT_EQ(Sent<SrvRqst>("service:x", "A,A", "(x=*)"), (SrvRqst{"", "service:x", "A,A", "(x=*)", ""}));
 }
 
+TEST_F(FindServicesTest, PredicatesAreSentAsTheyAre) {
+  for (const char* filter : {"(x-ip-addresses=*,10.0.0.2,*)", "(x-ip-addresses=*\\2c10.0.0.2)",
+                             "(&(x-a=1)(|(b=x*)(!(c=*))))", "(a=)", " ( a <= 3 ) "}) {
+    EXPECT_EQ(Sent<SrvRqst>("service:x", "T", filter), (SrvRqst{"", "service:x", "T", filter, ""}));
+  }
+}
+
 TEST_F(FindServicesTest, TypesWithAnEmptyConcreteTypeAreAskedFor) {
   EXPECT_EQ(Sent<SrvRqst>("service:servicehost.tamro:", "T", ""),
             (SrvRqst{"", "service:servicehost.tamro:", "T", "", ""}));

@@ -123,7 +123,7 @@ TEST_F(HandleCalls, AnExceptionOfACallbackDoesNotCrossTheApi) {
 }
 
 TEST_F(HandleCalls, AssociateIpTakesAnIpv4Address) {
-  for (const char* address : {"", "no address", "1.2.3", "1.2.3.4.5", "::1"}) {
+  for (const char* address : {"", "no address", "1.2.3", "1.2.3.4.5", "::1", "0.0.0.0", "239.255.255.253"}) {
     EXPECT_EQ(SLPAssociateIP(handle_, address), SLP_PARAMETER_BAD) << address;
   }
   EXPECT_EQ(SLPAssociateIP(handle_, nullptr), SLP_PARAMETER_BAD);
