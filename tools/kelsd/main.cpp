@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr const char* kOverview = R"(Examples:
+constexpr const char* kOverview = R"help(Examples:
   kelsd find zdrest                      all ZD servers on the network
   kelsd find zdrest --ip 10.0.0.5        the one with this address
   kelsd find terminal --address 10.0.0.5 what one host offers
@@ -18,7 +18,7 @@ constexpr const char* kOverview = R"(Examples:
   kelsd config show --client
 
 'kelsd VERB --help' explains a verb and shows its own examples.
-Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)";
+Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)help";
 
 }  // namespace
 

@@ -30,12 +30,12 @@ struct AttributesOptions {
   std::string address;
 };
 
-constexpr const char* kExamples = R"(Examples:
+constexpr const char* kExamples = R"help(Examples:
   kelsd attributes service:zdrest.tamro:http://10.0.0.5:8080
   kelsd attributes service:zdrest.tamro:http://10.0.0.5:8080 --tag x-server-name --json
   kelsd attributes service:printer.lab:lpr://10.0.0.9 --scope DEFAULT --address 10.0.0.9
 
-Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)";
+Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)help";
 
 using NamedValues = std::vector<std::pair<std::string, nlohmann::json>>;
 

@@ -23,12 +23,12 @@ struct ShowOptions {
   bool client = false;
 };
 
-constexpr const char* kExamples = R"(Examples:
+constexpr const char* kExamples = R"help(Examples:
   kelsd config show --client
   kelsd config show --client --timeout 5000 --json
 
 A '*' marks a value that differs from the default of the SLP standard.
-Exit status: 0 shown, 2 usage, 3 failure.)";
+Exit status: 0 shown, 2 usage, 3 failure.)help";
 
 void PrintSettings(Console& console, const std::vector<Setting>& settings, bool json) {
   if (json) {

@@ -26,14 +26,14 @@ struct FindOptions {
   std::string address;
 };
 
-constexpr const char* kExamples = R"(Examples:
+constexpr const char* kExamples = R"help(Examples:
   kelsd find zdrest
   kelsd find terminal --ip 10.0.0.5
   kelsd find zdrest --ns ns1 --server-name srv1
   kelsd find servicehost:render --address 10.0.0.7
   kelsd find service:printer.lab:lpr --scope DEFAULT --filter "(color=true)" --json
 
-Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)";
+Exit status: 0 found, 1 nothing found, 2 usage, 3 failure.)help";
 
 void PrintFound(Console& console, const std::vector<SKelServiceSearchResult>& services, bool json) {
   if (json) {

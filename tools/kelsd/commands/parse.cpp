@@ -14,11 +14,11 @@ struct ParseOptions {
   bool json = false;
 };
 
-constexpr const char* kExamples = R"(Examples:
+constexpr const char* kExamples = R"help(Examples:
   kelsd parse service:zdrest.tamro:http://10.0.0.5:8080/api
   kelsd parse service:servicehost.tamro:render://10.0.0.7:9000 --json
 
-Exit status: 0 parsed, 2 usage, 3 not a service URL.)";
+Exit status: 0 parsed, 2 usage, 3 not a service URL.)help";
 
 ExitStatus Parse(const ParseOptions& options, Console& console) {
   kelsd::SKelServiceSearchResult parts;

@@ -1,0 +1,153 @@
+// Timers on threads of the library. Of a timer's threads one at a time waits for the next tick; before it
+// goes into the tick it makes sure that another one waits in its place, so that ticks go on while an earlier
+// one is busy.
+#include "platform/periodic_timer.h"
+
+#include <dlfcn.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "platform/timer_run.h"
+
+namespace kelsd::platform {
+namespace {
+
+using SteadyTime = std::chrono::steady_clock::time_point;
+
+// Threads that one timer may have busy at a time; with so many stuck, ticks are left out.
+constexpr int kMaximumThreads = 8;
+
+class ThreadGroup : public std::enable_shared_from_this<ThreadGroup> {
+ public:
+  ThreadGroup(std::uint32_t period_ms, TimerCallbacks callbacks)
+      : period_(period_ms), run_(std::move(callbacks)), next_(std::chrono::steady_clock::now() + period_) {}
+
+  // Whether there is a thread to wait for the first tick.
+  bool Begin() {
+    const std::lock_guard guard(mutex_);
+    return AddThread();
+  }
+
+  void Stop() {
+    {
+      const std::lock_guard guard(mutex_);
+      stopped_ = true;
+    }
+    wake_.notify_all();
+    run_.Stop();
+  }
+
+ private:
+  // The caller holds mutex_.
+  bool AddThread() {
+    // The application's signals are not for these threads.
+    sigset_t all;
+    sigset_t previous;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &previous);
+    bool added = true;
+    try {
+      std::thread([self = shared_from_this()] { self->Work(); }).detach();
+      ++idle_;
+      ++threads_;
+    } catch (const std::system_error&) {
+      added = false;
+    }
+    pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+    return added;
+  }
+
+  // 1. Wait for the turn to be the one that waits for the tick, then for the tick.
+  // 2. Set the time of the next one; ticks that were missed meanwhile are not made up for.
+  // 3. Make sure that somebody else waits, then run the tick.
+  void Work() {
+    std::unique_lock guard(mutex_);
+    while (!stopped_) {
+      if (waiting_ || std::chrono::steady_clock::now() < next_) {
+        WaitForTurn(guard);
+        continue;
+      }
+      const auto now = std::chrono::steady_clock::now();
+      next_ += period_;
+      if (next_ <= now) {
+        next_ = now + period_;
+      }
+      --idle_;
+      if (idle_ == 0 && threads_ < kMaximumThreads) {
+        AddThread();
+      }
+      wake_.notify_one();
+      guard.unlock();
+      run_.Tick();
+      guard.lock();
+      ++idle_;
+    }
+    --idle_;
+    --threads_;
+  }
+
+  void WaitForTurn(std::unique_lock<std::mutex>& guard) {
+    if (waiting_) {
+      wake_.wait(guard, [this] { return stopped_ || !waiting_; });
+      return;
+    }
+    waiting_ = true;
+    wake_.wait_until(guard, next_, [this] { return stopped_; });
+    waiting_ = false;
+  }
+
+  const std::chrono::milliseconds period_;
+  TimerRun run_;
+  std::mutex mutex_;
+  std::condition_variable wake_;
+  SteadyTime next_;
+  bool waiting_ = false;  // a thread waits for the next tick
+  bool stopped_ = false;
+  int idle_ = 0;
+  int threads_ = 0;
+};
+
+// The threads run code of this library: it stays loaded from the first timer on.
+void KeepLibraryLoaded() {
+  static const int anchor = 0;
+  Dl_info info{};
+  if (dladdr(&anchor, &info) != 0 && info.dli_fname != nullptr) {
+    dlopen(info.dli_fname, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
+  }
+}
+
+class ThreadTimer : public PeriodicTimer {
+ public:
+  explicit ThreadTimer(std::shared_ptr<ThreadGroup> group) : group_(std::move(group)) {}
+  ~ThreadTimer() override { group_->Stop(); }
+
+ private:
+  const std::shared_ptr<ThreadGroup> group_;
+};
+
+class ThreadTimers : public TimerFactory {
+ public:
+  std::unique_ptr<PeriodicTimer> Start(std::uint32_t period_ms, TimerCallbacks callbacks) override {
+    KeepLibraryLoaded();
+    auto group = std::make_shared<ThreadGroup>(period_ms, std::move(callbacks));
+    if (!group->Begin()) {
+      return nullptr;
+    }
+    return std::make_unique<ThreadTimer>(std::move(group));
+  }
+};
+
+}  // namespace
+
+TimerFactory& SystemTimers() {
+  static TimerFactory& timers = *new ThreadTimers;
+  return timers;
+}
+
+}  // namespace kelsd::platform
