@@ -1,0 +1,47 @@
+// A folder of its own for a test, gone with it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <string_view>
+
+namespace kelsd {
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder()
+      : path_(std::filesystem::temp_directory_path() / ("kelsd-" + std::to_string(std::random_device()()))) {
+    EXPECT_TRUE(std::filesystem::create_directory(path_));
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  std::string Path(const std::string& name) const { return (path_ / name).make_preferred().string(); }
+
+  /// Writes a file anew, byte for byte, and returns its path.
+  std::string Write(const std::string& name, std::string_view text) const {
+    std::ofstream file(path_ / name, std::ios::binary);
+    file << text;
+    EXPECT_TRUE(file.good());
+    return Path(name);
+  }
+
+  std::string Read(const std::string& name) const {
+    std::ifstream file(path_ / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace kelsd

@@ -1,0 +1,142 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
+
+#include "service_fixture.h"
+
+namespace kelsd {
+namespace {
+
+using scripted_slp::Code;
+using scripted_slp::Delivers;
+using scripted_slp::Function;
+using scripted_slp::Next;
+using scripted_slp::Returns;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kName = "kelsd::CKelSLPServiceImpl::DeregisterService";
+
+class Deregistration : public ServiceFixture {};
+
+TEST_F(Deregistration, OpensAHandleOfItsOwn) {
+  Registered();
+  EXPECT_THAT(agent.DeregisterService(kUrl), SameResult(kSuccess));
+  EXPECT_THAT(scripted_slp::CallsButProperties(),
+              ElementsAre("SLPParseSrvURL(service:x://10.0.0.1:80)", "SLPOpen(en,0)=#4",
+                          "SLPDereg(#4,service:x://10.0.0.1:80)", "SLPClose(#4)"));
+  EXPECT_THAT(RegisteredUrls(), IsEmpty());
+}
+
+TEST_F(Deregistration, OfTheLastServiceStopsTheTimer) {
+  Registered("service:x://a");
+  Registered("service:x://b");
+  EXPECT_THAT(agent.DeregisterService("service:x://a"), SameResult(kSuccess));
+  EXPECT_EQ(timers.Live(), 1U);
+  EXPECT_THAT(agent.DeregisterService("service:x://b"), SameResult(kSuccess));
+  EXPECT_EQ(timers.Live(), 0U);
+  Registered("service:x://c");
+  EXPECT_EQ(timers.Live(), 1U);
+}
+
+TEST_F(Deregistration, OfAnUnknownServiceStillTellsTheDaemon) {
+  EXPECT_THAT(agent.DeregisterService(kUrl), SameResult(kSuccess));
+  EXPECT_THAT(scripted_slp::Calls("SLPDereg"), ElementsAre("SLPDereg(#3,service:x://10.0.0.1:80)"));
+}
+
+TEST_F(Deregistration, ThatFailsHasGivenUpTheServiceAlready) {
+  Registered();
+  Next(Function::kDereg, Returns(SLP_SCOPE_NOT_SUPPORTED));
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_UNKNOWN, "", kName + " SLPDereg")));
+  EXPECT_THAT(RegisteredUrls(), IsEmpty());
+  EXPECT_EQ(timers.Live(), 0U);
+  Next(Function::kDereg, Delivers({Code(SLP_INVALID_REGISTRATION)}));
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_INVALID_DEREGISTRATION, "", kName + " SLPDereg callback")));
+}
+
+TEST_F(Deregistration, GivesUpTheServiceAlsoWhenTheDaemonDoesNotStart) {
+  Registered();
+  services.SetState(platform::kServiceStopped);
+  services.Fail(ServiceCall::kStart);
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_SLPD_START, "Refused: StartService.",
+                                 kName + " kelsd::CKelSLPServiceImpl::EnsureSLPDIsRunning "
+                                         "kelsd::CKelSLPServiceImpl::StartSLPD StartService")));
+  EXPECT_THAT(RegisteredUrls(), IsEmpty());
+}
+
+TEST_F(Deregistration, OfABadUrlChangesNothing) {
+  Registered();
+  SKelServiceSearchResult parsed;
+  const SResult bad_url = CKelSLPImpl::ParseServiceURL(parsed, "");
+  EXPECT_THAT(agent.DeregisterService(""), SameResult(bad_url.PrependErrorDebug(kName, " ")));
+  EXPECT_THAT(RegisteredUrls(), ElementsAre(kUrl));
+  EXPECT_THAT(services.Calls(), IsEmpty());
+}
+
+TEST_F(Deregistration, ReportsAHandleThatDoesNotOpen) {
+  Next(Function::kOpen, Returns(SLP_NOT_IMPLEMENTED));
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_ASYNC_NOT_SUPPORTED, "",
+                                 kName + " kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
+}
+
+TEST_F(Deregistration, StartsADaemonThatDoesNotRunAndRenewsTheOthersThen) {
+  Registered("service:x://a");
+  Registered("service:x://b");
+  services.SetState(platform::kServiceStopped);
+  EXPECT_THAT(agent.DeregisterService("service:x://a"), SameResult(kSuccess));
+  EXPECT_EQ(services.CountCalls("StartService"), 1U);
+  EXPECT_THAT(scripted_slp::Calls("SLPReg"), ElementsAre("SLPReg(#5,service:x://b,60,null,,1)"));
+}
+
+TEST_F(Deregistration, NeedsNoInitialisedCore) {
+  CKelSLPImpl::Shutdown();
+  EXPECT_THAT(agent.DeregisterService(kUrl), SameResult(kSuccess));
+  EXPECT_FALSE(CKelSLPImpl::IsInitialized());
+}
+
+TEST_F(Deregistration, DoesNotTakeTheCoreLock) {
+  const std::unique_lock core_lock(CKelSLPImpl::CoreLock());
+  std::future<SResult> result = std::async(std::launch::async, [&] { return agent.DeregisterService(kUrl); });
+  EXPECT_THAT(result.get(), SameResult(kSuccess));
+}
+
+TEST_F(Deregistration, InitialisesAgainWithTheCoreLockWhenTheVariableIsNew) {
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  std::shared_lock search(CKelSLPImpl::CoreLock());
+  std::future<SResult> waiting =
+      std::async(std::launch::async, [&] { return agent.DeregisterService(kUrl); });
+  // Long enough for an initialisation that doesn't wait to have begun.
+  EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+  EXPECT_THAT(scripted_slp::Calls("SLPClose"), IsEmpty());
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", folder.Path("slp.conf"));
+  search.unlock();
+  EXPECT_THAT(waiting.get(), SameResult(kSuccess));
+  EXPECT_THAT(scripted_slp::CallsButProperties(),
+              ElementsAre("SLPClose(#2)", "SLPOpen(en,0)=#3", "SLPClose(#3)", "SLPOpen(en,0)=#4",
+                          "SLPParseSrvURL(service:x://10.0.0.1:80)", "SLPOpen(en,0)=#5",
+                          "SLPDereg(#5,service:x://10.0.0.1:80)", "SLPClose(#5)"));
+}
+
+TEST_F(Deregistration, TellsOfBothWhenTheInitialisationFails) {
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  Next(Function::kOpen, Returns(SLP_AUTHENTICATION_FAILED));
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_RESTART_REQUIRED, " Re-initialization failed: ",
+                                 kName + " kelsd::CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile "
+                                         "kelsd::CKelSLPImpl::ReInitialize "
+                                         "kelsd::CKelSLPImpl::ReInitializeInternal "
+                                         "kelsd::CKelSLPImpl::InitializeInternal "
+                                         "kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
+}
+
+}  // namespace
+}  // namespace kelsd
