@@ -53,6 +53,10 @@ class KELSD_EXPORT CKelSLPClientConfig : public CKelSLPConfig {
                       const int& da_discovery_maximum_wait, const std::vector<int>& da_discovery_timeouts,
                       const int& multicast_maximum_wait, const std::vector<int>& multicast_timeouts,
                       std::vector<SResult>& problems);
+  CKelSLPClientConfig(const CKelSLPClientConfig&) = default;
+  CKelSLPClientConfig(CKelSLPClientConfig&&) noexcept = default;
+  CKelSLPClientConfig& operator=(const CKelSLPClientConfig&) = default;
+  CKelSLPClientConfig& operator=(CKelSLPClientConfig&&) noexcept = default;
   ~CKelSLPClientConfig() override;
 
   void Clear() override;

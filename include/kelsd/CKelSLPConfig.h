@@ -124,6 +124,10 @@ class KELSD_EXPORT CKelSLPConfig {
                 const bool& active_da_detection, const int& port, const bool& security_enabled,
                 const bool& use_ipv4, const bool& use_ipv6, const std::string& open_slp_version,
                 std::vector<SResult>& problems);
+  CKelSLPConfig(const CKelSLPConfig&) = default;
+  CKelSLPConfig(CKelSLPConfig&&) noexcept = default;
+  CKelSLPConfig& operator=(const CKelSLPConfig&) = default;
+  CKelSLPConfig& operator=(CKelSLPConfig&&) noexcept = default;
   virtual ~CKelSLPConfig();
 
   /// Brings back the library's defaults; the OpenSLP version stays.

@@ -58,6 +58,10 @@ class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
                        const bool& trace_msg, const bool& append_log, const bool& is_broadcast_only,
                        const bool& passive_da_detection, const int& da_active_discovery_interval,
                        const bool& check_source_addr, std::vector<SResult>& problems);
+  CKelSLPServiceConfig(const CKelSLPServiceConfig&) = default;
+  CKelSLPServiceConfig(CKelSLPServiceConfig&&) noexcept = default;
+  CKelSLPServiceConfig& operator=(const CKelSLPServiceConfig&) = default;
+  CKelSLPServiceConfig& operator=(CKelSLPServiceConfig&&) noexcept = default;
   ~CKelSLPServiceConfig() override;
 
   void Clear() override;

@@ -66,24 +66,24 @@ SResult CKelSLPClientImpl::FindAttributes(SKelServiceAttributeSearchResult& resu
                                           const std::string& address) {
   return RunSearch("kelsd::CKelSLPClientImpl::FindAttributes", [&]() -> SResult {
     std::string scope_list;
-    const SResult scopes_listed = MakeSearchScopes(scope_list, scopes);
+    SResult scopes_listed = MakeSearchScopes(scope_list, scopes);
     if (scopes_listed.IsNotOk()) {
       return scopes_listed;
     }
     std::string tag_list;
-    const SResult tags_listed = CKelSLPImpl::CreateAttributeTagsList(tag_list, tags);
+    SResult tags_listed = CKelSLPImpl::CreateAttributeTagsList(tag_list, tags);
     if (tags_listed.IsNotOk()) {
       return tags_listed;
     }
     SLPHandleBox box;
-    const SResult opened = OpenSearchHandle(box, address);
+    SResult opened = OpenSearchHandle(box, address);
     if (opened.IsNotOk()) {
       return opened;
     }
     AttributeReply reply;
     const SLPError answer = SLPFindAttrs(box.handle, serviceURL.c_str(), scope_list.c_str(), tag_list.c_str(),
                                          &KeepAttributes, &reply);
-    const SResult found = SearchResult("SLPFindAttrs", answer, reply.outcome);
+    SResult found = SearchResult("SLPFindAttrs", answer, reply.outcome);
     if (found.IsNotOk()) {
       return found;
     }

@@ -44,19 +44,19 @@ SResult CKelSLPClientImpl::FindServices(std::vector<SKelServiceSearchResult>& re
                                         const std::string& searchFilter, const std::string& address) {
   return RunSearch("kelsd::CKelSLPClientImpl::FindServices", [&]() -> SResult {
     std::string scope_list;
-    const SResult listed = MakeSearchScopes(scope_list, scopes);
+    SResult listed = MakeSearchScopes(scope_list, scopes);
     if (listed.IsNotOk()) {
       return listed;
     }
     SLPHandleBox box;
-    const SResult opened = OpenSearchHandle(box, address);
+    SResult opened = OpenSearchHandle(box, address);
     if (opened.IsNotOk()) {
       return opened;
     }
     ServiceReplies replies;
     const SLPError answer = SLPFindSrvs(box.handle, serviceType.c_str(), scope_list.c_str(),
                                         searchFilter.c_str(), &CollectService, &replies);
-    const SResult found = SearchResult("SLPFindSrvs", answer, replies.outcome);
+    SResult found = SearchResult("SLPFindSrvs", answer, replies.outcome);
     if (found.IsNotOk()) {
       return found;
     }

@@ -21,7 +21,7 @@ template <typename T>
 SResult ReadParsed(T& value, CKelSLPConfig::EProperty property, const char* reader,
                    SResult (*parse)(T&, const std::string&)) {
   std::string text;
-  const SResult read = ReadText(text, property, reader);
+  SResult read = ReadText(text, property, reader);
   if (read.IsNotOk()) {
     return read;
   }

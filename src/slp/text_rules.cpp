@@ -98,8 +98,9 @@ SResult CKelSLPImpl::CreateSLPAttributeList(std::string& list,
       return valid.PrependErrorDebug("kelsd::CKelSLPImpl::CreateSLPAttributeList", " ");
     }
     if (!seen.insert(ToLower(trimmed)).second) {
-      return {SResult::ERR_TAG_NOT_UNIQUE, "tag: " + tag + ", value: " + value,
-              "kelsd::CKelSLPImpl::CreateSLPAttributeList"};
+      std::string detail = "tag: ";
+      detail.append(tag).append(", value: ").append(value);
+      return {SResult::ERR_TAG_NOT_UNIQUE, detail, "kelsd::CKelSLPImpl::CreateSLPAttributeList"};
     }
     std::string escaped;
     const SResult escaping = EscapeSLPCharacters(escaped, value);
@@ -107,7 +108,7 @@ SResult CKelSLPImpl::CreateSLPAttributeList(std::string& list,
       return escaping.PrependErrorDebug("kelsd::CKelSLPImpl::CreateSLPAttributeList", " ");
     }
     AppendSeparator(built);
-    built += "(" + trimmed + "=" + escaped + ")";
+    built.append("(").append(trimmed).append("=").append(escaped).append(")");
   }
   list = std::move(built);
   return {SResult::ERR_SUCCESS};

@@ -15,7 +15,7 @@ std::string TextOrEmpty(const char* text) {
 SResult CKelSLPImpl::ParseServiceURL(SKelServiceSearchResult& result, const std::string& url) {
   return InvokeNoThrow([&url, &result]() -> SResult {
     // Failures name this call operator as the compiler does.
-    const std::string name = __FUNCTION__;
+    const std::string name = __FUNCTION__;  // NOLINT(bugprone-lambda-function-name)
     if (url.empty()) {
       return {SResult::ERR_URL_EMPTY, "", name};
     }

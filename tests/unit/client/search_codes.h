@@ -34,7 +34,7 @@ inline const std::vector<SearchCode>& FailingSearchCodes() {
       {SLP_REFRESH_REJECTED, SResult::ERR_UNKNOWN},
       {SLP_NOT_IMPLEMENTED, SResult::ERR_UNKNOWN},
       {SLP_TYPE_ERROR, SResult::ERR_UNKNOWN},
-      {SLPError(-99), SResult::ERR_UNKNOWN},
+      {SLPError(-30), SResult::ERR_UNKNOWN},
   };
   return rows;
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "support/allocation_failure.h"
 #include "support/core_fixture.h"
 
 namespace kelsd {
@@ -151,6 +152,31 @@ TEST_F(ClientConfig, AnExceptionWhileReadingLeavesTheOutputsAlone) {
               SameResult(SResult(SResult::ERR_OUT_OF_MEMORY, std::bad_alloc().what())));
   EXPECT_TRUE(config.EqualTo(Different()));
   EXPECT_EQ(errors.size(), 1U);
+}
+
+TEST_F(ClientConfig, OutputsAreWrittenWholeOrNotAtAllWhicheverAllocationFails) {
+  InitializeCore();
+  const CKelSLPClientConfig before = Different();
+  CKelSLPClientConfig config = before;
+  std::vector<SResult> errors = {SResult(SResult::ERR_URL_EMPTY)};
+  int failed = 0;
+  FailEachAllocation([&] { return CKelSLPImpl::GetSLPClientConfig(config, errors); },
+                     [&](const SResult& result) {
+                       if (result.IsOk()) {
+                         // A number stream takes want of memory for a text that is no number.
+                         EXPECT_EQ(config.GetOpenSLPVersion(), "2.0.0");
+                         EXPECT_THAT(errors, ElementsAre(SResult::ERR_PROPERTY_PARSE));
+                         config = before;
+                         errors = {SResult(SResult::ERR_URL_EMPTY)};
+                         return;
+                       }
+                       ++failed;
+                       EXPECT_EQ(result, SResult::ERR_OUT_OF_MEMORY);
+                       EXPECT_TRUE(config.EqualTo(before));
+                       EXPECT_THAT(errors, ElementsAre(SResult::ERR_URL_EMPTY));
+                     });
+  EXPECT_GT(failed, 30);
+  EXPECT_THAT(errors, IsEmpty());
 }
 
 TEST_F(ClientConfig, IsReadBesideSearches) {

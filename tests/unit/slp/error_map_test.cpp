@@ -23,7 +23,7 @@ TEST(MapSLPError, TakesTheRowOfTheCode) {
 }
 
 TEST(MapSLPError, MapsEverythingElseToUnknown) {
-  for (const SLPError code : {SLP_LAST_CALL, SLP_NETWORK_ERROR, SLPError(-99)}) {
+  for (const SLPError code : {SLP_LAST_CALL, SLP_NETWORK_ERROR, SLPError(-30)}) {
     EXPECT_EQ(MapSLPError(code, kMappings), SResult::ERR_UNKNOWN);
   }
 }

@@ -28,7 +28,7 @@ const std::vector<CodeRow>& TextCodes() {
       {SLP_INTERNAL_SYSTEM_ERROR, SResult::ERR_UNKNOWN},
       {SLP_NOT_IMPLEMENTED, SResult::ERR_UNKNOWN},
       {SLP_LAST_CALL, SResult::ERR_UNKNOWN},
-      {SLPError(-99), SResult::ERR_UNKNOWN},
+      {SLPError(-30), SResult::ERR_UNKNOWN},
   };
   return rows;
 }

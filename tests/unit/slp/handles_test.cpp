@@ -44,7 +44,7 @@ TEST_F(Handles, MapsTheCodesOfOpen) {
       {SLP_AUTHENTICATION_ABSENT, SResult::ERR_UNKNOWN},
       {SLP_NETWORK_ERROR, SResult::ERR_UNKNOWN},
       {SLP_LAST_CALL, SResult::ERR_UNKNOWN},
-      {SLPError(-99), SResult::ERR_UNKNOWN},
+      {SLPError(-30), SResult::ERR_UNKNOWN},
   }};
   for (const CodeRow& row : kRows) {
     Next(Function::kOpen, Returns(row.slp));
@@ -83,7 +83,7 @@ TEST_F(Handles, MapsTheCodesOfAssociateIP) {
       {SLP_NOT_IMPLEMENTED, SResult::ERR_UNKNOWN},
       {SLP_HANDLE_IN_USE, SResult::ERR_UNKNOWN},
       {SLP_LAST_CALL, SResult::ERR_UNKNOWN},
-      {SLPError(-99), SResult::ERR_UNKNOWN},
+      {SLPError(-30), SResult::ERR_UNKNOWN},
   }};
   SLPHandleBox box;
   ASSERT_TRUE(CKelSLPImpl::OpenSLPHandle(box.handle, false).IsOk());

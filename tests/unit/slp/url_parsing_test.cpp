@@ -100,7 +100,7 @@ TEST_F(UrlParsing, MapsTheCodesOfParseSrvURL) {
       {SLP_PARAMETER_BAD, SResult::ERR_UNKNOWN},
       {SLP_INTERNAL_SYSTEM_ERROR, SResult::ERR_UNKNOWN},
       {SLP_LAST_CALL, SResult::ERR_UNKNOWN},
-      {SLPError(-99), SResult::ERR_UNKNOWN},
+      {SLPError(-30), SResult::ERR_UNKNOWN},
   };
   for (const Row& row : rows) {
     // Also when the failing call hands something out, it is released.
