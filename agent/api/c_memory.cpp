@@ -4,7 +4,7 @@
 #include <cstring>
 #include <new>
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 void* Allocate(std::size_t size) {
@@ -46,4 +46,4 @@ void ReleaseMemory(void* memory) {
   std::free(memory);
 }
 
-}  // namespace slp
+}  // namespace slp::client

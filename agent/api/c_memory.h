@@ -6,7 +6,7 @@
 #include "slp.h"
 #include "text/service_url.h"
 
-namespace slp {
+namespace slp::client {
 
 /// A terminated copy; never null, std::bad_alloc when there is no memory.
 char* NewText(std::string_view text);
@@ -16,4 +16,4 @@ SLPSrvURL* NewUrl(const ServiceUrl& url);
 
 void ReleaseMemory(void* memory);
 
-}  // namespace slp
+}  // namespace slp::client

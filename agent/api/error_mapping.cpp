@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 struct Mapping {
@@ -37,4 +37,4 @@ SLPError ToSlpError(Error error) {
   return mapping == std::end(kMappings) ? SLP_NETWORK_ERROR : mapping->api;
 }
 
-}  // namespace slp
+}  // namespace slp::client

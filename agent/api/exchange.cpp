@@ -1,6 +1,6 @@
 #include "api/exchange.h"
 
-namespace slp {
+namespace slp::client {
 
 SLPError ToSlpError(Exchange::End end) {
   switch (end) {
@@ -17,4 +17,4 @@ SLPError ToSlpError(Exchange::End end) {
   return SLP_NETWORK_ERROR;
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -7,7 +7,7 @@
 #include "slp.h"
 #include "wire/messages.h"
 
-namespace slp {
+namespace slp::client {
 
 struct Exchange {
   enum class End {
@@ -27,4 +27,4 @@ struct Exchange {
 /// What the end means to who asked one certain agent: SLP_OK with a reply, whatever that says.
 SLPError ToSlpError(Exchange::End end);
 
-}  // namespace slp
+}  // namespace slp::client

@@ -7,7 +7,7 @@
 #include "text/service_type.h"
 #include "text/service_url.h"
 
-namespace slp {
+namespace slp::client {
 
 SLPError FindAttributes(const AttributeQuery& query, const RequestContext& context, const Deliver& deliver) {
   const bool by_url = ParseServiceUrl(query.url_or_type).ok();
@@ -39,4 +39,4 @@ SLPError FindAttributes(const AttributeQuery& query, const RequestContext& conte
   return report.Finish(error);
 }
 
-}  // namespace slp
+}  // namespace slp::client

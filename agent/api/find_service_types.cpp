@@ -7,7 +7,7 @@
 #include "text/fold.h"
 #include "text/string_list.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 constexpr std::string_view kAllAuthorities = "*";
@@ -42,4 +42,4 @@ SLPError FindServiceTypes(const TypeQuery& query, const RequestContext& context,
   return report.Finish(error);
 }
 
-}  // namespace slp
+}  // namespace slp::client

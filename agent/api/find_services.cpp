@@ -7,7 +7,7 @@
 #include "text/predicate.h"
 #include "text/service_type.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 /// The services that a reply names. An agent's own advertisement names the agent, and says nothing of a
@@ -57,4 +57,4 @@ SLPError FindServices(const ServiceQuery& query, const RequestContext& context, 
   }));
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -5,7 +5,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 /// What `call` returns, or the error that stands for what it has thrown.
 template <typename Call>
@@ -19,4 +19,4 @@ SLPError Guarded(Call call) noexcept {
   }
 }
 
-}  // namespace slp
+}  // namespace slp::client

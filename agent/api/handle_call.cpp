@@ -5,7 +5,7 @@
 
 #include "properties/process_properties.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 std::uint16_t RandomXid() {
@@ -21,4 +21,4 @@ RequestContext MakeContext(const HandleState& handle) {
           .handle = handle};
 }
 
-}  // namespace slp
+}  // namespace slp::client

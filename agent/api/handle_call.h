@@ -5,7 +5,7 @@
 #include "api/handle_table.h"
 #include "api/request_context.h"
 
-namespace slp {
+namespace slp::client {
 
 /// The request's surroundings: real time and randomness, the process's properties as they are now, the
 /// handle's own settings.
@@ -30,4 +30,4 @@ inline const char* OrEmpty(const char* text) {
   return text == nullptr ? "" : text;
 }
 
-}  // namespace slp
+}  // namespace slp::client

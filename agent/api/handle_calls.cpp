@@ -8,7 +8,7 @@
 #include "text/language.h"
 #include "text/string_list.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 constexpr const char* kDefaultLanguage = "en";
@@ -106,4 +106,4 @@ SLPError FindScopesCall(SLPHandle handle, char** scopes) noexcept {
   });
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -4,7 +4,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 SLPError OpenCall(const char* language, bool async, SLPHandle* handle) noexcept;
 void CloseCall(SLPHandle handle) noexcept;
@@ -12,4 +12,4 @@ SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept;
 SLPError AssociateInterfacesCall(SLPHandle handle, const char* interfaces) noexcept;
 SLPError FindScopesCall(SLPHandle handle, char** scopes) noexcept;
 
-}  // namespace slp
+}  // namespace slp::client

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace slp {
+namespace slp::client {
 
 HandleTable::Use::~Use() {
   if (entry_ != nullptr) {
@@ -50,4 +50,4 @@ HandleTable::Use HandleTable::Take(SLPHandle handle) {
   return {*this, found->second.get(), SLP_OK};
 }
 
-}  // namespace slp
+}  // namespace slp::client

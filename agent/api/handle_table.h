@@ -11,7 +11,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 /// What a handle remembers between two calls.
 struct HandleState {
@@ -74,4 +74,4 @@ class HandleTable {
       entries_;  // by what callers hold, so that a foreign one is never read
 };
 
-}  // namespace slp
+}  // namespace slp::client

@@ -12,7 +12,7 @@
 #include "api/unicast_exchange.h"
 #include "net/interfaces.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 std::vector<asio::ip::address_v4> CandidateAddresses(const RequestSettings& settings) {
@@ -40,4 +40,4 @@ SLPError AskLocalDaemon(const Message& request, const RequestContext& context) {
   return SLP_NETWORK_INIT_FAILED;
 }
 
-}  // namespace slp
+}  // namespace slp::client

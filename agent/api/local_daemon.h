@@ -5,10 +5,10 @@
 #include "slp.h"
 #include "wire/messages.h"
 
-namespace slp {
+namespace slp::client {
 
 /// Sends a registration or deregistration to the daemon and returns what it acknowledged.
 /// SLP_NETWORK_INIT_FAILED when none listens on this host.
 SLPError AskLocalDaemon(const Message& request, const RequestContext& context);
 
-}  // namespace slp
+}  // namespace slp::client

@@ -21,7 +21,7 @@
 #include "net/interfaces.h"
 #include "wire/codec.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 using Received = DatagramSocket::Received;
@@ -182,4 +182,4 @@ SLPError Converge(const Message& request, const RequestContext& context, const R
   return Convergence(request, context, sink).Run();
 }
 
-}  // namespace slp
+}  // namespace slp::client

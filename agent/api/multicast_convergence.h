@@ -10,7 +10,7 @@
 #include "slp.h"
 #include "wire/messages.h"
 
-namespace slp {
+namespace slp::client {
 
 /// Takes one reply, as soon as it is there; false: no more is wanted.
 using ReplySink = std::function<bool(const Message&)>;
@@ -22,4 +22,4 @@ using ReplySink = std::function<bool(const Message&)>;
 /// net.slp.MTU.
 SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink);
 
-}  // namespace slp
+}  // namespace slp::client

@@ -3,7 +3,7 @@
 #include "api/handle_call.h"
 #include "properties/process_properties.h"
 
-namespace slp {
+namespace slp::client {
 
 const char* GetPropertyCall(const char* name) noexcept {
   const char* value = nullptr;
@@ -34,4 +34,4 @@ SLPError SetAppPropertyFileCall(const char* path) noexcept {
       [&] { return ProcessProperties::Instance().SetApplicationFile(path) ? SLP_OK : SLP_PARAMETER_BAD; });
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -4,7 +4,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 const char* GetPropertyCall(const char* name) noexcept;
 void SetPropertyCall(const char* name, const char* value) noexcept;
@@ -12,4 +12,4 @@ void SetPropertyCall(const char* name, const char* value) noexcept;
 /// SLP_PARAMETER_BAD without a path, or when properties have been loaded already.
 SLPError SetAppPropertyFileCall(const char* path) noexcept;
 
-}  // namespace slp
+}  // namespace slp::client

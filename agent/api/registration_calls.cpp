@@ -3,7 +3,7 @@
 #include "api/handle_call.h"
 #include "api/registrations.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 /// Does `work`, which gets the context, and tells the callback what came of it.
@@ -50,4 +50,4 @@ SLPError DeleteAttributesCall(SLPHandle handle, const char* url, const char* tag
                   [&](const RequestContext& context) { return DeleteAttributes(url, tags, context); });
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -5,7 +5,7 @@
 #include "api/search_calls.h"
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 struct RegistrationArguments {
   const char* url;
@@ -23,4 +23,4 @@ SLPError DeregisterCall(SLPHandle handle, const char* url, Reporting<SLPRegRepor
 SLPError DeleteAttributesCall(SLPHandle handle, const char* url, const char* tags,
                               Reporting<SLPRegReport> reporting) noexcept;
 
-}  // namespace slp
+}  // namespace slp::client

@@ -9,7 +9,7 @@
 #include "text/service_type.h"
 #include "text/service_url.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 constexpr std::string_view kServiceScheme = "service:";
@@ -69,4 +69,4 @@ SLPError DeleteAttributes(const std::string& url, const std::string& tags, const
   return SendDeregistration(url, tags, context);
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -12,7 +12,7 @@
 #include "api/request_context.h"
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 struct ServiceRegistration {
   std::string url;
@@ -33,4 +33,4 @@ SLPError Deregister(const std::string& url, const RequestContext& context);
 /// Takes back only the attributes with `tags`, in the language of the handle.
 SLPError DeleteAttributes(const std::string& url, const std::string& tags, const RequestContext& context);
 
-}  // namespace slp
+}  // namespace slp::client

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace slp {
+namespace slp::client {
 
 bool IsSaneUrl(std::string_view url) {
   return !url.empty() && std::none_of(url.begin(), url.end(), [](char character) {
@@ -15,4 +15,4 @@ bool IsWholeText(std::string_view text) {
   return text.find('\0') == std::string_view::npos;
 }
 
-}  // namespace slp
+}  // namespace slp::client

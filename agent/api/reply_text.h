@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace slp {
+namespace slp::client {
 
 /// Not empty, and without blanks and control characters, which no URL has (RFC 2609 section 2.1).
 bool IsSaneUrl(std::string_view url);
@@ -11,4 +11,4 @@ bool IsSaneUrl(std::string_view url);
 /// Without NUL, at which a caller would see it end.
 bool IsWholeText(std::string_view text);
 
-}  // namespace slp
+}  // namespace slp::client

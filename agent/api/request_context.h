@@ -8,7 +8,7 @@
 #include "api/request_settings.h"
 #include "net/deadline.h"
 
-namespace slp {
+namespace slp::client {
 
 /// Where time and randomness come from.
 struct Environment {
@@ -23,4 +23,4 @@ struct RequestContext {
   HandleState handle;
 };
 
-}  // namespace slp
+}  // namespace slp::client

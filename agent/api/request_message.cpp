@@ -6,7 +6,7 @@
 #include "text/string_list.h"
 #include "wire/codec.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 /// RFC 2608 section 8.1: requests for agents themselves are answered with advertisements.
@@ -78,4 +78,4 @@ Error ReplyError(const Message& reply) {
       reply.body);
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -10,7 +10,7 @@
 #include "api/request_context.h"
 #include "wire/messages.h"
 
-namespace slp {
+namespace slp::client {
 
 /// A request with a new XID in the language of the handle.
 Message NewRequest(const RequestContext& context, Body body);
@@ -25,4 +25,4 @@ std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Mess
 /// The error that a reply carries; those without an error code carry none.
 Error ReplyError(const Message& reply);
 
-}  // namespace slp
+}  // namespace slp::client

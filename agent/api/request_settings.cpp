@@ -4,7 +4,7 @@
 
 #include "text/string_list.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 RequestSettings::Waits ReadWaits(const Properties& properties, std::string_view tries,
@@ -50,4 +50,4 @@ RequestSettings::RequestSettings(const Properties& properties)
       maximum_results(ReadMaximumResults(properties)),
       watch_process(properties.GetBool("net.slp.watchRegistrationPID")) {}
 
-}  // namespace slp
+}  // namespace slp::client

@@ -10,7 +10,7 @@
 
 #include "properties/properties.h"
 
-namespace slp {
+namespace slp::client {
 
 struct RequestSettings {
   /// Waits behind the tries of one request, and the longest time for all of them together.
@@ -34,4 +34,4 @@ struct RequestSettings {
   bool watch_process;
 };
 
-}  // namespace slp
+}  // namespace slp::client

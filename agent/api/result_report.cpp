@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace slp {
+namespace slp::client {
 
 ResultReport::ResultReport(Deliver deliver, int maximum_results)
     : deliver_(std::move(deliver)), left_(maximum_results) {}
@@ -26,4 +26,4 @@ SLPError ResultReport::Finish(SLPError error) {
   return error;
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -5,7 +5,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 /// One call of the caller's callback; false when it wants no more. `text` is null with an error and at the
 /// end.
@@ -31,4 +31,4 @@ class ResultReport {
   bool wanted_ = true;
 };
 
-}  // namespace slp
+}  // namespace slp::client

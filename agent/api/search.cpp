@@ -6,7 +6,7 @@
 #include "api/request_message.h"
 #include "api/unicast_exchange.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 struct Everyone {};
@@ -47,4 +47,4 @@ SLPError RunSearch(const Message& request, const RequestContext& context, const 
                     SelectTarget(context));
 }
 
-}  // namespace slp
+}  // namespace slp::client

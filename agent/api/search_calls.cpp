@@ -3,7 +3,7 @@
 #include "api/handle_call.h"
 #include "api/searches.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 /// SLPAttrCallback and SLPSrvTypeCallback are the same type of function.
@@ -51,4 +51,4 @@ SLPError FindServiceTypesCall(SLPHandle handle, const char* naming_authority, co
   });
 }
 
-}  // namespace slp
+}  // namespace slp::client

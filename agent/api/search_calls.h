@@ -3,7 +3,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 /// What a call needs to report its results.
 template <typename Callback>
@@ -21,4 +21,4 @@ SLPError FindAttributesCall(SLPHandle handle, const char* url_or_type, const cha
 SLPError FindServiceTypesCall(SLPHandle handle, const char* naming_authority, const char* scopes,
                               Reporting<SLPSrvTypeCallback> reporting) noexcept;
 
-}  // namespace slp
+}  // namespace slp::client

@@ -10,7 +10,7 @@
 #include "api/request_context.h"
 #include "api/result_report.h"
 
-namespace slp {
+namespace slp::client {
 
 /// An empty scope list stands for the scopes of net.slp.useScopes, in all three.
 struct ServiceQuery {
@@ -44,4 +44,4 @@ struct TypeQuery {
 /// naming authority "IANA", which is written as the empty one (RFC 2614 section 4.5.4).
 SLPError FindServiceTypes(const TypeQuery& query, const RequestContext& context, const Deliver& deliver);
 
-}  // namespace slp
+}  // namespace slp::client

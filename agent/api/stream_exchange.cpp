@@ -7,7 +7,7 @@
 #include "net/stream_connection.h"
 #include "wire/codec.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 using Status = StreamConnection::Status;
@@ -77,4 +77,4 @@ Exchange ExchangeByStream(asio::io_context& io, const StreamPeer& peer, const Me
   return {EndOf(status), std::nullopt};
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -10,7 +10,7 @@
 #include "api/exchange.h"
 #include "net/deadline.h"
 
-namespace slp {
+namespace slp::client {
 
 struct StreamPeer {
   asio::ip::address_v4 address;
@@ -21,4 +21,4 @@ struct StreamPeer {
 Exchange ExchangeByStream(asio::io_context& io, const StreamPeer& peer, const Message& request,
                           std::span<const std::uint8_t> encoded, const Deadline& deadline);
 
-}  // namespace slp
+}  // namespace slp::client

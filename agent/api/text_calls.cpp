@@ -11,7 +11,7 @@
 #include "text/escape.h"
 #include "text/fold.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 constexpr std::string_view kOpaqueStart = "\\FF";
@@ -81,4 +81,4 @@ SLPError UnescapeCall(const char* text, char** unescaped, bool is_tag) noexcept 
   });
 }
 
-}  // namespace slp
+}  // namespace slp::client

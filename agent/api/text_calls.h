@@ -4,7 +4,7 @@
 
 #include "slp.h"
 
-namespace slp {
+namespace slp::client {
 
 SLPError ParseUrlCall(const char* text, SLPSrvURL** url) noexcept;
 SLPError ParseAttributeCall(const char* list, const char* tag, char** value) noexcept;
@@ -16,4 +16,4 @@ SLPError EscapeCall(const char* text, char** escaped, bool is_tag) noexcept;
 /// C string can hold.
 SLPError UnescapeCall(const char* text, char** unescaped, bool is_tag) noexcept;
 
-}  // namespace slp
+}  // namespace slp::client

@@ -10,7 +10,7 @@
 #include "net/datagram_socket.h"
 #include "wire/codec.h"
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 using End = Exchange::End;
@@ -89,4 +89,4 @@ Exchange ExchangeWith(const asio::ip::address_v4& peer, const Message& request,
   return exchange.end == End::kRefused ? Exchange{End::kFailed, std::nullopt} : exchange;
 }
 
-}  // namespace slp
+}  // namespace slp::client

@@ -6,7 +6,7 @@
 #include "api/exchange.h"
 #include "api/request_context.h"
 
-namespace slp {
+namespace slp::client {
 
 /// Sends `request` to `peer` at net.slp.port: by datagrams, repeated by net.slp.unicastTimeouts, or by TCP
 /// when it is longer than net.slp.MTU or the reply says that it has been cut. What is no reply of that agent
@@ -14,4 +14,4 @@ namespace slp {
 Exchange ExchangeWith(const asio::ip::address_v4& peer, const Message& request,
                       const RequestContext& context);
 
-}  // namespace slp
+}  // namespace slp::client

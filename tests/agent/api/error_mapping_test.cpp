@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace slp {
+namespace slp::client {
 namespace {
 
 TEST(ErrorMapping, EveryCodeOfTheProtocol) {
@@ -34,4 +34,4 @@ TEST(ErrorMapping, EveryCodeOfTheProtocol) {
 }
 
 }  // namespace
-}  // namespace slp
+}  // namespace slp::client
