@@ -1,7 +1,6 @@
 // 1. Ask at 127.0.0.1.
 // 2. Where nobody listens, ask at this host's own address on each interface that net.slp.interfaces selects:
-// a daemon
-//    that is bound to them alone doesn't hear the loopback interface.
+//    a daemon that is bound to them alone doesn't hear the loopback interface.
 // 3. The first answer counts, be it an error; so does the silence of a daemon that is there.
 #include "api/local_daemon.h"
 

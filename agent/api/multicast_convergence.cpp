@@ -1,13 +1,10 @@
 // 1. Open one socket for each interface.
 // 2. For each of net.slp.multicastTimeouts: send the request, with everyone who has answered named in it, by
-// all
-//    interfaces, and listen for that long.
+//    all interfaces, and listen for that long.
 // 3. A reply counts once for each sender, and only when it carries the request's XID. One that has been cut
-// is handed
-//    over as far as it goes, and fetched again in full from that sender by TCP.
+//    is handed over as far as it goes, and fetched again in full from that sender by TCP.
 // 4. Stop when two rounds in a row brought nobody new, when the request with its list of responders no longer
-// fits a
-//    datagram, when net.slp.multicastMaximumWait is over, or when no more is wanted.
+//    fits a datagram, when net.slp.multicastMaximumWait is over, or when no more is wanted.
 #include "api/multicast_convergence.h"
 
 #include <algorithm>

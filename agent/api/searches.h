@@ -1,5 +1,5 @@
 // The three searches of the C API behind their callbacks (RFC 2614 sections 4.5.4 to 4.5.6). Each reports to
-// `report`, on the calling thread, and blocks until it has ended; any thread.
+// `deliver`, on the calling thread, and blocks until it has ended; any thread.
 //
 // Each returns what the API function returns. A parameter that is refused is only returned; every other error
 // goes to the callback too, so that a caller who looks at one of the two misses nothing.

@@ -1,7 +1,7 @@
 // 1. A request that is longer than net.slp.MTU goes by TCP.
 // 2. Otherwise it is sent as a datagram, with the same XID each time, and after the nth time the reply is
-// waited for as
-//    long as the nth of net.slp.unicastTimeouts says, all together no longer than net.slp.unicastMaximumWait.
+//    waited for as long as the nth of net.slp.unicastTimeouts says, all together no longer than
+//    net.slp.unicastMaximumWait.
 // 3. A reply that has been cut is fetched again by TCP in the time that is left.
 #include "api/unicast_exchange.h"
 
