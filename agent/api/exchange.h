@@ -13,7 +13,7 @@ struct Exchange {
   enum class End {
     kReplied,
     kTimedOut,
-    kRefused,   ///< a host that runs no agent
+    kRefused,   ///< a host that runs no agent or is not there
     kFailed,    ///< no way there, or a connection that broke
     kTooLarge,  ///< a request that no message can hold
   };

@@ -18,7 +18,8 @@ bool Succeeds(Steps... steps) {
 
 bool IsRefusal(const asio::error_code& error) {
   // Windows reports a port that nobody listens on as a reset.
-  return error == asio::error::connection_refused || error == asio::error::connection_reset;
+  return error == asio::error::connection_refused || error == asio::error::connection_reset ||
+         error == asio::error::host_unreachable;
 }
 
 }  // namespace
@@ -76,7 +77,7 @@ bool DatagramSocket::Send(std::span<const std::uint8_t> bytes) {
   if (IsRefusal(error)) {
     socket_.send(content, 0, error);
   }
-  return !error;
+  return !error || IsRefusal(error);
 }
 
 DatagramSocket::Received DatagramSocket::Receive(Datagram& datagram) {

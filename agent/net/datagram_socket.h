@@ -22,7 +22,7 @@ class DatagramSocket {
   enum class Received {
     kDatagram,
     kNothing,
-    kRefused,  ///< the host of a connected socket's peer says that nobody listens there
+    kRefused,  ///< a connected socket's peer does not listen, or its host cannot be reached
     kFailed,   ///< the socket is of no use any more
   };
 
@@ -37,8 +37,7 @@ class DatagramSocket {
   static std::optional<DatagramSocket> ConnectedTo(asio::io_context& context,
                                                    const asio::ip::udp::endpoint& peer);
 
-  /// False when the system took nothing. A refusal that an earlier datagram met does not count as one of this
-  /// one.
+  /// False when the system took nothing. A refusal, which is about an earlier datagram, does not count.
   bool SendTo(std::span<const std::uint8_t> bytes, const asio::ip::udp::endpoint& to);
   bool Send(std::span<const std::uint8_t> bytes);
 
