@@ -10,7 +10,7 @@ namespace {
 constexpr std::uint8_t kVersion = 2;
 // The fixed part of the header with the length of its language tag (RFC 2608 section 8).
 constexpr std::size_t kShortestMessage = 14;
-constexpr std::size_t kKeptCapacity = 16 * 1024;
+constexpr std::size_t kKeptCapacity = 16384;
 
 }  // namespace
 

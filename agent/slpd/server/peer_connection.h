@@ -36,6 +36,8 @@ class PeerConnection : public std::enable_shared_from_this<PeerConnection> {
   std::optional<std::chrono::steady_clock::time_point> idle_since() const { return idle_since_; }
 
  private:
+  static constexpr std::size_t kChunk = 16384;
+
   void Read();
   void OnRead(const asio::error_code& error, std::size_t size);
   void Next();
@@ -57,7 +59,7 @@ class PeerConnection : public std::enable_shared_from_this<PeerConnection> {
   bool last_ = false;
   bool in_message_ = false;
   std::optional<std::chrono::steady_clock::time_point> idle_since_;
-  std::array<std::uint8_t, 16 * 1024> chunk_{};
+  std::array<std::uint8_t, kChunk> chunk_{};
 };
 
 }  // namespace slp

@@ -49,7 +49,8 @@ void Server::Events::OnRegistration(RegistrationEvent event, const RegistrationV
 }
 
 Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits)
-    : log_(log),
+    : io_(io),
+      log_(log),
       clock_(std::move(clock)),
       events_(log, processes_to_review_),
       registry_(events_),
@@ -83,6 +84,7 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
   }
   ApplySettings(configuration.settings);
   Settle();
+  address_watch_ = std::make_unique<AddressWatch>(io_, [this] { FollowInterfaces(); });
   log_.Write(LogKind::kState, "slpd: ready on " + Joined(listeners_.ServedEndpoints(), ", ") + ", scopes " +
                                   Joined(configuration.settings.scopes, ","));
   return true;
@@ -114,6 +116,7 @@ bool Server::Reload(const Configuration& configuration, std::string& reason) {
   return true;
 }
 
+// A network may come up long after the daemon: listens on what the configuration asks for and is there now.
 void Server::FollowInterfaces() {
   host_interfaces_since_.reset();
   const std::vector<std::string> before = listeners_.ServedEndpoints();
@@ -131,6 +134,7 @@ void Server::FollowInterfaces() {
 }
 
 void Server::Stop() {
+  address_watch_.reset();
   listeners_.Close();
   expiry_timer_.cancel();
   armed_for_.reset();

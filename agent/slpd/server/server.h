@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "net/address_watch.h"
 #include "net/interfaces.h"
 #include "slpd/registry.h"
 #include "slpd/request_handler.h"
@@ -45,9 +46,6 @@ class Server : private MessageReceiver {
   /// sockets change only where interfaces or port do.
   [[nodiscard]] bool Reload(const Configuration& configuration, std::string& reason);
 
-  /// Looks which interfaces there are now and listens on those that the configuration asks for.
-  void FollowInterfaces();
-
   void Stop();
 
   /// Does what is due by the clock and sets the timer anew. Only needed when the clock was moved by hand.
@@ -72,6 +70,7 @@ class Server : private MessageReceiver {
   void OnDropped(std::string_view reason, std::size_t size, const Sender& sender) override;
 
   Seconds Now() const;
+  void FollowInterfaces();
   RequestOrigin OriginOf(const Sender& sender);
   const std::vector<Interface>& HostInterfaces();
   void Settle();
@@ -81,6 +80,7 @@ class Server : private MessageReceiver {
   void ApplySettings(const AgentSettings& settings);
   void LoadRegistrations(const AgentSettings& settings);
 
+  asio::io_context& io_;
   Log& log_;
   Clock clock_;
   std::vector<std::uint32_t> processes_to_review_;
@@ -94,6 +94,7 @@ class Server : private MessageReceiver {
   std::optional<Seconds> armed_for_;
   std::vector<Interface> host_interfaces_;
   std::optional<std::chrono::milliseconds> host_interfaces_since_;
+  std::unique_ptr<AddressWatch> address_watch_;
 };
 
 }  // namespace slp
