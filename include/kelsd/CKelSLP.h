@@ -16,7 +16,7 @@ class KELSD_EXPORT CKelSLP {
 
   /// Makes searches, registrations and configuration calls possible; they fail with ERR_NOT_INITIALIZED
   /// before. Reads the SLP properties and applies the client configuration set last. Does nothing,
-  /// successfully, when already done. Waits for running searches; touches no network.
+  /// successfully, when already done. Waits for running searches.
   static SResult Initialize();
   static bool IsInitialized();
 
