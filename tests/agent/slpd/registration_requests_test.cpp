@@ -76,6 +76,20 @@ TEST(RegistrationRequestsTest, OnlyTheOwnHostRegisters) {
   }
 }
 
+TEST(RegistrationRequestsTest, ADirectoryAgentTakesThemFromOthersButBindsThemToNoProcess) {
+  DaemonLogic daemon;
+  AgentSettings settings = TestSettings();
+  settings.role = AgentRole::kDirectoryAgent;
+  daemon.handler.SetSettings(settings);
+  Message request = Fresh(MakeSrvReg(kUrl, "service:x"));
+  request.header.extensions = {{kExtensionProcessId, {0, 0, 0, 17}}};
+  EXPECT_EQ(daemon.Ask(request, kNeighbour), Acknowledged(Error::kOk));
+  EXPECT_EQ(daemon.registry.size(), 1U);
+  EXPECT_THAT(daemon.registry.WatchedProcesses(), IsEmpty());
+  EXPECT_EQ(daemon.Ask(SrvDereg{"DEFAULT", {0, kUrl, {}}, ""}, kStreamPeer), Acknowledged(Error::kOk));
+  EXPECT_EQ(daemon.registry.size(), 0U);
+}
+
 TEST(RegistrationRequestsTest, NothingIsRegisteredThroughAGroup) {
   DaemonLogic daemon;
   RequestOrigin origin = kOwnHost;
