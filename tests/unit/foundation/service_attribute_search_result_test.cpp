@@ -45,6 +45,8 @@ TEST(ServiceAttributeSearchResultTest, OrdersAttributesByTheNumbersOfTheirTags) 
 
 TEST(ServiceAttributeSearchResultTest, IsAPlainValue) {
   EXPECT_FALSE(std::is_polymorphic_v<SKelServiceAttributeSearchResult>);
+  EXPECT_TRUE((std::is_same_v<decltype(&SKelServiceAttributeSearchResult::ToString),
+                              std::string (SKelServiceAttributeSearchResult::*)()>));
   SKelServiceAttributeSearchResult original("a");
   SKelServiceAttributeSearchResult copy = original;
   copy.Attributes[IKelServiceType::ATTR_VERSION] = "1";

@@ -97,6 +97,8 @@ TEST(ServiceSearchResultTest, CanBeSortedAndRepeatsRemoved) {
 TEST(ServiceSearchResultTest, IsAPlainValue) {
   EXPECT_FALSE(std::is_polymorphic_v<SKelServiceSearchResult>);
   EXPECT_TRUE(std::is_nothrow_move_constructible_v<SKelServiceSearchResult>);
+  EXPECT_TRUE((std::is_same_v<decltype(&SKelServiceSearchResult::ToString),
+                              std::string (SKelServiceSearchResult::*)()>));
   SKelServiceSearchResult copy = Example();
   copy.URL = "changed";
   EXPECT_EQ(Example().URL, "service:zdrest.tamro:http://10.0.0.5:8080/api");
