@@ -43,8 +43,7 @@ std::vector<int> FitTimeouts(const std::vector<int>& seed, const std::vector<int
 // 2. The waits stand to the timeout, and the unicast wait to the multicast wait, as in the defaults.
 // 3. Each wait gets the default timeouts of its kind and as many further ones as fit.
 // 4. All three pairs must pass the check of the unicast timing; otherwise nothing changes, and the failures
-// are told
-//    together.
+//    are told together.
 // 5. The pairs are set one after the other up to the first failure.
 // 6. The timeout is kept as given: the sum of the rounded waits may differ from it.
 SResult CKelSLPClientConfig::SetTimeout(const int& timeout) {

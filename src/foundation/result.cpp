@@ -33,8 +33,7 @@ constexpr Description kDescriptions[] = {
     {SResult::ERR_AUTHENTICATION_FAILED, "Authentication on an SLP message failed."},
     {SResult::ERR_PARSE_ERROR,
      "SLP message was rejected by a remote SLP agent. No information was retrieved, and at least one SA or "
-     "DA "
-     "indicated a protocol error. Data may be malformed/damaged in transit."},
+     "DA indicated a protocol error. Data may be malformed/damaged in transit."},
     {SResult::ERR_SCOPE_NOT_SUPPORTED, "Scope included in a request is not supported by the DA or SA."},
     {SResult::ERR_NETWORK_INIT_FAILED,
      "Network initialization failed. SA or DA can not be contacted (check that slpd service is running)."},
@@ -61,8 +60,8 @@ constexpr Description kDescriptions[] = {
      "Malformed service URL or attributes. Registration was rejected by DA/all DAs."},
     {SResult::ERR_INVALID_DEREGISTRATION,
      "Malformed service URL or Service URL being deregistered is not registered (was never registered or "
-     "lifetime "
-     "has expired) or an attempt is made to deregister a service that was registered on a different host."},
+     "lifetime has expired) or an attempt is made to deregister a service that was registered on a different "
+     "host."},
     {SResult::ERR_SCM_ACCESS, "Unable to access the service control manager.."},
     {SResult::ERR_SLPD_OPEN, "Unable to open the slpd service control handle."},
     {SResult::ERR_SLPD_QUERY, "Unable to query slpd service status."},

@@ -90,8 +90,7 @@ const WaitRow kRefusedWaits[] = {
     {501,
      {},
      "The unicast maximum wait cannot be validated because no unicast timeouts were provided (must be "
-     "greater "
-     "than first unicast timeout)."},
+     "greater than first unicast timeout)."},
     {501,
      {600},
      "The unicast maximum wait is too small (must be greater than first unicast timeout 600):501."},

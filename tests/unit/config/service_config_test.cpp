@@ -124,8 +124,7 @@ TEST(ServiceConfig, ComparesEverySettingButTheVersion) {
 
 const char* const kAppendLogMessage =
     "Logging is configured to always append to the log file (should be disabled to overwrite the existing "
-    "log "
-    "file).";
+    "log file).";
 
 TEST(ServiceConfig, ValidatesToVersionAndLogWhenCleared) {
   const std::unique_ptr<CKelSLPConfig> config = std::make_unique<CKelSLPServiceConfig>();
