@@ -1,7 +1,7 @@
 // Marks what the shared library exports.
 //
-// KELSD_BUILDING_LIBRARY is defined while the library itself is compiled, KELSD_STATIC where its objects are linked
-// into a program directly (the project's own unit tests).
+// KELSD_BUILDING_LIBRARY is defined while the library itself is compiled, KELSD_STATIC where its objects are
+// linked into a program directly (the project's own unit tests).
 #pragma once
 
 #if defined(KELSD_STATIC)

@@ -87,13 +87,14 @@ class KELSD_EXPORT IKelServiceType {
 
   /// Services that have the IP address `ip`.
   static std::string GetIpAddressesSearchFilter(const std::string& ip);
-  /// Services that have any of the IP addresses `ips`, and the server name `serverName`.
+  /// Services that have any of the IP addresses `ips`, and the server name `serverName`. With an empty
+  /// list only the server name counts.
   static std::string GetIpsServerNameSearchFilter(std::vector<std::string> ips,
                                                   const std::string& serverName);
   /// Services that have the IP address `ip` and the server name `serverName`.
   static std::string GetNSIpServerNameSearchFilter(const std::string& ip, const std::string& serverName);
   /// Services that are attached to any of the naming services named `nsNames`, with the server name
-  /// `serverName`.
+  /// `serverName`. With an empty list only the server name counts.
   static std::string GetNSIpsServerNameSearchFilter(std::vector<std::string> nsNames,
                                                     const std::string& serverName);
   /// Services that are attached to the naming service named `nsName`.

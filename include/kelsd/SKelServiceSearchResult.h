@@ -11,6 +11,8 @@ namespace kelsd {
 /// alone, so that results can be sorted and repeats found whatever else differs.
 struct KELSD_EXPORT SKelServiceSearchResult {
  public:
+  /// Copies each argument into the member of the same meaning. The order is not that of the URL: the
+  /// lifetime comes second, and the net family before the service part.
   SKelServiceSearchResult(const std::string& url = "", unsigned short lifetime = 0,
                           const std::string& typeString = "", const std::string& host = "",
                           unsigned int port = 0, const std::string& netFamily = "",

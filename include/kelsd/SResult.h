@@ -9,9 +9,9 @@ namespace kelsd {
 
 /// Outcome of an operation. A plain value: copyable, owned by the caller, used by one thread at a time.
 ///
-/// The description of a code is fixed and derived from the code; the detail names what the operation was working
-/// on; the debug trail names the functions that the failure passed through, outermost first, separated by blanks.
-/// No operation of the library throws: everything that can go wrong is told here.
+/// The description of a code is fixed and derived from the code; the detail names what the operation was
+/// working on; the debug trail names the functions that the failure passed through, outermost first,
+/// separated by blanks. No operation of the library throws: everything that can go wrong is told here.
 struct KELSD_EXPORT SResult {
  public:
   /// Outcome codes. The numbers are part of the interface; 44 is reserved and never used.
