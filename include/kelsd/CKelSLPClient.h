@@ -14,9 +14,9 @@
 
 namespace kelsd {
 
-/// Static functions over the state that this process has once. Any thread may call them, searches run side by side;
-/// none throws. Searches, and reading the configuration, fail with ERR_NOT_INITIALIZED before CKelSLP::Initialize.
-/// Outputs are replaced only on success.
+/// Static functions over the state that this process has once. Any thread may call them, searches run side by
+/// side; none throws. Searches, and reading the configuration, fail with ERR_NOT_INITIALIZED before
+/// CKelSLP::Initialize. Outputs are replaced only on success.
 class KELSD_EXPORT CKelSLPClient : public CKelSLP {
  public:
   ~CKelSLPClient() override;
