@@ -41,6 +41,20 @@ constexpr PropertyInfo List(std::string_view key, std::string_view default_value
   return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kTextList};
 }
 
+constexpr PropertyInfo Language(std::string_view key, std::string_view default_value,
+                                std::string_view effect) {
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kLanguage};
+}
+
+constexpr PropertyInfo Scopes(std::string_view key, std::string_view default_value, std::string_view effect) {
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kScopeList};
+}
+
+constexpr PropertyInfo Attributes(std::string_view key, std::string_view default_value,
+                                  std::string_view effect) {
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kAttributeList};
+}
+
 constexpr PropertyInfo WithoutEffect(PropertyInfo property) {
   property.has_effect = false;
   return property;
@@ -53,41 +67,44 @@ constexpr PropertyInfo ReadOnly(PropertyInfo property) {
 
 constexpr PropertyInfo kCatalogue[] = {
     Flag("net.slp.isDA", "false", "the daemon is a directory agent"),
-    Number("net.slp.DAHeartBeat", "10800", 1, kUnbounded,
-           "seconds between two unsolicited advertisements of a directory agent"),
-    Text("net.slp.DAAttributes", "", "attribute list that a directory agent advertises"),
-    List("net.slp.useScopes", "DEFAULT", "scopes that are served, registered in and searched by default"),
-    List("net.slp.DAAddresses", "", "directory agents that are used without looking for them"),
-    Flag("net.slp.traceDATraffic", "false", "log the traffic with directory agents"),
+    WithoutEffect(Number("net.slp.DAHeartBeat", "10800", 1, kUnbounded,
+                         "seconds between two unsolicited advertisements of a directory agent")),
+    WithoutEffect(Attributes("net.slp.DAAttributes", "", "attribute list that a directory agent advertises")),
+    Scopes("net.slp.useScopes", "DEFAULT", "scopes that are served, registered in and searched by default"),
+    WithoutEffect(List("net.slp.DAAddresses", "", "directory agents that are used without looking for them")),
+    WithoutEffect(Flag("net.slp.traceDATraffic", "false", "log the traffic with directory agents")),
     Flag("net.slp.traceMsg", "false", "log every message"),
     Flag("net.slp.traceDrop", "false", "log messages that are dropped, and why"),
     Flag("net.slp.traceReg", "false", "log registrations and deregistrations"),
     Flag("net.slp.appendLog", "true", "append to the daemon's log file instead of beginning it anew"),
     Text("net.slp.serializedRegURL", "", "file of registrations that the daemon reads at its start"),
     Flag("net.slp.isBroadcastOnly", "false", "broadcast instead of multicast"),
-    Flag("net.slp.passiveDADetection", "true", "listen for the advertisements of directory agents"),
-    Flag("net.slp.activeDADetection", "true", "look for directory agents"),
-    Number("net.slp.DAActiveDiscoveryInterval", "900", 0, 65535,
-           "seconds between two searches for directory agents; 0: never"),
+    WithoutEffect(
+        Flag("net.slp.passiveDADetection", "true", "listen for the advertisements of directory agents")),
+    WithoutEffect(Flag("net.slp.activeDADetection", "true", "look for directory agents")),
+    WithoutEffect(Number("net.slp.DAActiveDiscoveryInterval", "900", 0, 65535,
+                         "seconds between two searches for directory agents; 0: never")),
     Number("net.slp.multicastTTL", "255", 1, 255, "how many routers a multicast may pass"),
     Number("net.slp.multicastMaximumWait", "15000", 1, kUnbounded,
            "longest multicast search, in milliseconds"),
     Timeouts("net.slp.multicastTimeouts", "wait after each round of a multicast search"),
     Number("net.slp.unicastMaximumWait", "5000", 1, kUnbounded, "longest unicast request, in milliseconds"),
     Timeouts("net.slp.unicastTimeouts", "wait after each try of a unicast request"),
-    Number("net.slp.DADiscoveryMaximumWait", "5000", 1, kUnbounded,
-           "longest search for directory agents, in milliseconds"),
-    Timeouts("net.slp.DADiscoveryTimeouts", "wait after each round of a search for directory agents"),
-    Timeouts("net.slp.datagramTimeouts", "wait after each datagram to a directory agent"),
-    Number("net.slp.randomWaitBound", "1000", 0, kUnbounded, "longest random wait, in milliseconds"),
+    WithoutEffect(Number("net.slp.DADiscoveryMaximumWait", "5000", 1, kUnbounded,
+                         "longest search for directory agents, in milliseconds")),
+    WithoutEffect(
+        Timeouts("net.slp.DADiscoveryTimeouts", "wait after each round of a search for directory agents")),
+    WithoutEffect(Timeouts("net.slp.datagramTimeouts", "wait after each datagram to a directory agent")),
+    WithoutEffect(
+        Number("net.slp.randomWaitBound", "1000", 0, kUnbounded, "longest random wait, in milliseconds")),
     Number("net.slp.MTU", "1400", 576, 65535, "longest datagram, in bytes"),
     List("net.slp.interfaces", "", "addresses or names of the interfaces that are used; empty: all"),
     Text("net.slp.broadcastAddr", "255.255.255.255", "where broadcasts go"),
     Number("net.slp.port", "427", 1, 65535, "port of every agent"),
-    Flag("net.slp.useIPv4", "true", "use IPv4"),
+    WithoutEffect(Flag("net.slp.useIPv4", "true", "use IPv4")),
     WithoutEffect(Flag("net.slp.useIPv6", "false", "use IPv6")),
-    Text("net.slp.SAAttributes", "", "attribute list that a service agent advertises"),
-    Text("net.slp.locale", "en", "language tag of messages"),
+    Attributes("net.slp.SAAttributes", "", "attribute list that a service agent advertises"),
+    Language("net.slp.locale", "en", "language tag of messages"),
     Number("net.slp.maxResults", "-1", -1, kUnbounded, "most results of a search; -1: all"),
     WithoutEffect(List("net.slp.typeHint", "", "service types that searches for service agents ask for")),
     WithoutEffect(Flag("net.slp.preferSLPv1", "false", "ask by version 1 of the protocol first")),
@@ -95,8 +112,8 @@ constexpr PropertyInfo kCatalogue[] = {
     Flag("net.slp.watchRegistrationPID", "true", "drop registrations whose process has ended"),
     Flag("net.slp.checkSourceAddr", "true", "take registrations only from the host that they name"),
     WithoutEffect(Flag("net.slp.useDHCP", "true", "ask DHCP for scopes and directory agents")),
-    Number("net.slp.staleDACheckPeriod", "0", 0, kUnbounded,
-           "seconds between two checks whether directory agents still answer; 0: never"),
+    WithoutEffect(Number("net.slp.staleDACheckPeriod", "0", 0, kUnbounded,
+                         "seconds between two checks whether directory agents still answer; 0: never")),
     WithoutEffect(Flag("net.slp.indexSrvtype", "false", "keep an index of service types")),
     WithoutEffect(List("net.slp.indexedAttributes", "", "attributes of which an index is kept")),
     ReadOnly(Text("net.slp.OpenSLPVersion", "2.0.0", "version of the agent's interface")),
@@ -136,6 +153,12 @@ std::string DescribeAllowedValues(const PropertyInfo& property) {
       return "a text";
     case PropertyKind::kTextList:
       return "texts separated by commas";
+    case PropertyKind::kLanguage:
+      return "a language tag";
+    case PropertyKind::kScopeList:
+      return "scope names separated by commas";
+    case PropertyKind::kAttributeList:
+      return "an attribute list";
   }
   return {};
 }

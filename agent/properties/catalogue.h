@@ -9,11 +9,14 @@
 namespace slp {
 
 enum class PropertyKind {
-  kBool,      ///< true or false
-  kInt,       ///< a whole number from `least` to `most`
-  kTimeouts,  ///< milliseconds, separated by commas, each from `least` to `most`; a 0 ends the list
-  kText,      ///< any text
-  kTextList,  ///< texts separated by commas
+  kBool,           ///< true or false
+  kInt,            ///< a whole number from `least` to `most`
+  kTimeouts,       ///< milliseconds, separated by commas, each from `least` to `most`; a 0 ends the list
+  kText,           ///< any text
+  kTextList,       ///< texts separated by commas
+  kLanguage,       ///< a language tag (RFC 2608 section 8)
+  kScopeList,      ///< scope names, separated by commas, at least one (RFC 2608 section 6.4.1)
+  kAttributeList,  ///< an attribute list (RFC 2608 section 5)
 };
 
 struct PropertyInfo {

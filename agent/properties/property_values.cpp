@@ -5,13 +5,17 @@
 #include <string>
 #include <system_error>
 
+#include "text/attributes.h"
+#include "text/characters.h"
+#include "text/language.h"
 #include "text/string_list.h"
 
 namespace slp {
 namespace {
 
-char ToLower(char character) {
-  return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+bool IsScopeList(std::string_view text) {
+  const std::vector<std::string> scopes = SplitStringList(text);
+  return !scopes.empty() && std::all_of(scopes.begin(), scopes.end(), IsValidScope);
 }
 
 }  // namespace
@@ -77,6 +81,12 @@ bool IsAllowed(const PropertyInfo& property, std::string_view value) {
     case PropertyKind::kText:
     case PropertyKind::kTextList:
       return true;
+    case PropertyKind::kLanguage:
+      return IsValidLanguageTag(TrimBlanks(value));
+    case PropertyKind::kScopeList:
+      return IsScopeList(value);
+    case PropertyKind::kAttributeList:
+      return AttributeList::Parse(value).ok();
   }
   return false;
 }

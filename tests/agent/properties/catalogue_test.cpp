@@ -96,14 +96,35 @@ TEST(CatalogueTest, ReadOnlyAreTheVersionAndTheFiles) {
   EXPECT_FALSE(IsReadOnlyProperty("nobody.knows"));
 }
 
+TEST(CatalogueTest, SaysWhatIsWithoutEffect) {
+  std::vector<std::string> without_effect;
+  for (const PropertyInfo& property : PropertyCatalogue()) {
+    if (!property.has_effect) {
+      without_effect.emplace_back(property.key);
+    }
+  }
+  EXPECT_THAT(without_effect,
+              testing::UnorderedElementsAre(
+                  "net.slp.DAHeartBeat", "net.slp.DAAttributes", "net.slp.DAAddresses",
+                  "net.slp.traceDATraffic", "net.slp.passiveDADetection", "net.slp.activeDADetection",
+                  "net.slp.DAActiveDiscoveryInterval", "net.slp.DADiscoveryMaximumWait",
+                  "net.slp.DADiscoveryTimeouts", "net.slp.datagramTimeouts", "net.slp.randomWaitBound",
+                  "net.slp.useIPv4", "net.slp.useIPv6", "net.slp.typeHint", "net.slp.preferSLPv1",
+                  "net.slp.securityEnabled", "net.slp.useDHCP", "net.slp.staleDACheckPeriod",
+                  "net.slp.indexSrvtype", "net.slp.indexedAttributes"));
+}
+
 TEST(CatalogueTest, DescribesWhatIsAllowed) {
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.isDA")), "true or false");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.port")), "a whole number from 1 to 65535");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.maxResults")), "a whole number from -1 on");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.unicastTimeouts")),
             "milliseconds above 0, separated by commas");
-  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.locale")), "a text");
-  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.useScopes")), "texts separated by commas");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.broadcastAddr")), "a text");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.interfaces")), "texts separated by commas");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.locale")), "a language tag");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.useScopes")), "scope names separated by commas");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.SAAttributes")), "an attribute list");
 }
 
 }  // namespace

@@ -94,7 +94,14 @@ TEST(IsAllowedTest, KnowsTheEndsOfEveryRange) {
       {"net.slp.DADiscoveryTimeouts", "0", false},
       {"net.slp.datagramTimeouts", "a", false},
       {"net.slp.useScopes", "anything, at all", true},
-      {"net.slp.locale", "\xC3\xBC", true},
+      {"net.slp.useScopes", "tamro,B\\2Cc", true},
+      {"net.slp.useScopes", "tamro,a*b", false},
+      {"net.slp.useScopes", " , ", false},
+      {"net.slp.locale", "en-GB", true},
+      {"net.slp.locale", "\xC3\xBC", false},
+      {"net.slp.SAAttributes", "(room=7),x-ok", true},
+      {"net.slp.SAAttributes", "(room=7", false},
+      {"net.slp.DAAttributes", "(a_b=1)", false},
   };
   for (const Row& row : rows) {
     const PropertyInfo* const property = FindProperty(row.key);
