@@ -1,8 +1,7 @@
 #include "text/escape.h"
 
-#include <algorithm>
+#include <utility>
 
-#include "text/fold.h"
 #include "text/scanner.h"
 
 namespace slp {
@@ -68,11 +67,6 @@ std::optional<std::vector<unsigned char>> DecodeOpaque(std::string_view text) {
     bytes.push_back(*byte);
   }
   return scanner.AtEnd() ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
-bool IsValidTag(std::string_view tag) {
-  return !Trim(tag).empty() &&
-         std::none_of(tag.begin(), tag.end(), [](char c) { return IsReserved(c) || IsBadInTag(c); });
 }
 
 }  // namespace slp

@@ -27,9 +27,4 @@ Result<std::string> UnescapeReserved(std::string_view text, std::string_view oth
 /// text.
 std::optional<std::vector<unsigned char>> DecodeOpaque(std::string_view text);
 
-/// Whether `tag`, unescaped, may be an attribute tag as it stands: not empty and without `(),\!<=>~_*` and
-/// control characters. White space at both ends does not count, blanks inside are allowed (RFC 2608
-/// section 9.4 has a tag "some bob I know").
-bool IsValidTag(std::string_view tag);
-
 }  // namespace slp

@@ -85,18 +85,5 @@ TEST(DecodeOpaque, TakesTheMarkFollowedByEscapedBytesOnly) {
   }
 }
 
-TEST(IsValidTag, RefusesReservedCharactersStarAndUnderscore) {
-  for (const char* tag : {"x-name", "X", "1", " padded ", "some bob I know", "caf\xC3\xA9", "a.b:c;d+e"}) {
-    EXPECT_TRUE(IsValidTag(tag)) << tag;
-  }
-  for (const std::string& tag :
-       {std::string(), std::string(" "), std::string("x_name"), std::string("a*"), std::string("a,b"),
-        std::string("a\tb"), std::string("a\x7F"), WithNuls("a\0"), std::string("a(b"), std::string("a)"),
-        std::string("a\\2Cb"), std::string("a!"), std::string("a<"), std::string("a="), std::string("a>"),
-        std::string("a~")}) {
-    EXPECT_FALSE(IsValidTag(tag)) << tag;
-  }
-}
-
 }  // namespace
 }  // namespace slp
