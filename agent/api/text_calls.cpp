@@ -1,5 +1,6 @@
 #include "api/text_calls.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -8,20 +9,14 @@
 #include "api/guard.h"
 #include "api/reply_text.h"
 #include "text/attributes.h"
+#include "text/characters.h"
 #include "text/escape.h"
-#include "text/fold.h"
 
 namespace slp::client {
 namespace {
 
-constexpr std::string_view kOpaqueStart = "\\FF";
-
 bool HasBadTagCharacter(std::string_view text) {
-  return text.find_first_of("*_\t\r\n") != std::string_view::npos;
-}
-
-bool IsOpaque(std::string_view text) {
-  return EqualFolded(text.substr(0, kOpaqueStart.size()), kOpaqueStart);
+  return std::any_of(text.begin(), text.end(), IsBadInTag);
 }
 
 /// Hands out the text of `result` in `*out`.
@@ -73,7 +68,7 @@ SLPError UnescapeCall(const char* text, char** unescaped, bool is_tag) noexcept 
   }
   *unescaped = nullptr;
   return Guarded([&] {
-    const Result<std::string> plain = IsOpaque(text) ? Result<std::string>(text) : Unescape(text);
+    const Result<std::string> plain = Unescape(text);
     if (plain && (!IsWholeText(*plain) || (is_tag && HasBadTagCharacter(*plain)))) {
       return SLP_PARSE_ERROR;
     }

@@ -12,8 +12,8 @@ SLPError ParseAttributeCall(const char* list, const char* tag, char** value) noe
 /// `is_tag` refuses what no tag may hold even in escaped form: `*`, `_`, TAB, CR and LF (RFC 2608 section 5).
 SLPError EscapeCall(const char* text, char** escaped, bool is_tag) noexcept;
 
-/// An opaque value, which begins with `\FF`, is handed out as it is. SLP_PARSE_ERROR also for `\00`, which no
-/// C string can hold.
+/// An opaque value, `\FF` and nothing but escaped bytes, is handed out as it is. SLP_PARSE_ERROR also for
+/// `\00`, which no C string can hold.
 SLPError UnescapeCall(const char* text, char** unescaped, bool is_tag) noexcept;
 
 }  // namespace slp::client

@@ -76,6 +76,7 @@ TEST(Unescape, Texts) {
 TEST(Unescape, OpaqueStaysAsItIs) {
   EXPECT_EQ(Unescape("\\FF\\00\\2C"), (Text{SLP_OK, "\\FF\\00\\2C"}));
   EXPECT_EQ(Unescape("\\ff\\41"), (Text{SLP_OK, "\\ff\\41"}));
+  EXPECT_EQ(Unescape("\\FF\\zz"), kNone);
 }
 
 TEST(Unescape, Tags) {
