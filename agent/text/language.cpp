@@ -14,6 +14,9 @@ std::string_view WithoutDialect(std::string_view tag) {
 
 bool IsValidLanguageTag(std::string_view tag) {
   constexpr std::size_t kLongestSubtag = 8;
+  if (tag.size() > kLongestLanguageTag) {
+    return false;
+  }
   Scanner scanner(tag);
   do {
     const std::string_view subtag = scanner.TakeWhile([](char c) { return IsLetter(c) || IsDigit(c); });

@@ -2,11 +2,16 @@
 // a request for "en-GB". Pure functions; any thread.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace slp {
 
-/// Letters, digits and hyphens, 1 to 8 of them between hyphens.
+/// Far more than any language in use needs (RFC 1766 sets no bound): tags are kept with registrations, and a
+/// peer must not fill the memory with them.
+inline constexpr std::size_t kLongestLanguageTag = 64;
+
+/// Letters, digits and hyphens, 1 to 8 letters and digits between hyphens, kLongestLanguageTag at most.
 bool IsValidLanguageTag(std::string_view tag);
 
 /// Whether a registration in `registered` serves a request in `requested`: dialects, behind the first hyphen,

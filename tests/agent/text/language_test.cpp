@@ -18,6 +18,17 @@ TEST(IsValidLanguageTag, TakesSubtagsOfOneToEightCharacters) {
   }
 }
 
+TEST(IsValidLanguageTag, RefusesWhatIsTooLong) {
+  std::string tag = "x";
+  while (tag.size() + 9 <= kLongestLanguageTag) {
+    tag += "-abcdefgh";
+  }
+  ASSERT_EQ(tag.size(), kLongestLanguageTag);
+  EXPECT_TRUE(IsValidLanguageTag(tag));
+  tag.back() = '-';
+  EXPECT_FALSE(IsValidLanguageTag(tag + "ab"));
+}
+
 TEST(LanguageServes, ComparesWithoutDialectAndCase) {
   const struct {
     const char* registered;
