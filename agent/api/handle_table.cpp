@@ -21,7 +21,7 @@ HandleTable& HandleTable::Instance() {
 
 SLPHandle HandleTable::Open(HandleState state) {
   auto entry = std::make_unique<Entry>(Entry{std::move(state)});
-  const SLPHandle handle = entry.get();
+  Entry* const handle = entry.get();
   const std::lock_guard lock(mutex_);
   entries_.emplace(handle, std::move(entry));
   return handle;
