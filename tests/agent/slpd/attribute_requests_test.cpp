@@ -149,7 +149,7 @@ TEST_F(AttributeRequestsTest, MoreTypesThanATextCanHoldAreCut) {
   const std::optional<Message> reply = daemon.Ask(SrvTypeRqst{{}, std::nullopt, "DEFAULT"}, kStreamPeer);
   ASSERT_TRUE(reply);
   EXPECT_TRUE(reply->header.overflow);
-  EXPECT_EQ(std::get<SrvTypeRply>(reply->body).types.size(), std::string("http,").size() + 2 * 30'009 + 1);
+  EXPECT_EQ(std::get<SrvTypeRply>(reply->body).types.size(), std::string("http,").size() + std::size_t{2} * 30'009 + 1);
 }
 
 }  // namespace

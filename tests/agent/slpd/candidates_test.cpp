@@ -61,7 +61,8 @@ TEST(CandidatesTest, TheIndexTellsOfEqualityAlone) {
 TEST(CandidatesTest, DeepConjunctionsArePlannedInOnePass) {
   std::string predicate = "(b=x)";
   for (int depth = 1; depth < Predicate::kMaximumDepth - 1; ++depth) {
-    predicate = "(&" + predicate + "(a=1))";
+    predicate.insert(0, "(&");
+    predicate += "(a=1))";
   }
   EXPECT_EQ(CountFor(predicate), 3);
 }

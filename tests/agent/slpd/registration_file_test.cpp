@@ -33,6 +33,7 @@ std::vector<std::string> Entries(std::string_view text, std::vector<PropertyProb
 
 std::vector<std::string> Texts(const std::vector<PropertyProblem>& problems) {
   std::vector<std::string> texts;
+  texts.reserve(problems.size());
   for (const PropertyProblem& problem : problems) {
     texts.push_back(problem.ToString());
   }

@@ -8,7 +8,6 @@ namespace slp {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 constexpr const char* kUrl = "service:x://1";
