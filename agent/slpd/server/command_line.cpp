@@ -62,7 +62,7 @@ std::string PropertyTable() {
 std::string FaultOf(const std::string& key, const std::string& value) {
   const PropertyInfo* const property = FindProperty(key);
   if (property == nullptr) {
-    return "--property: there is no property " + key + " (slpd --help-properties lists them)";
+    return "--property: there is no property " + key + "; slpd --help-properties lists them";
   }
   if (IsReadOnlyProperty(key)) {
     return "--property: " + key + " cannot be set";
@@ -74,7 +74,7 @@ std::string FaultOf(const std::string& key, const std::string& value) {
 }
 
 EarlyExit Usage(const std::string& fault) {
-  return {ExitStatus::kUsage, "slpd: " + fault + "\nslpd --help shows what is possible.\n"};
+  return {ExitStatus::kUsage, "slpd: " + fault + " (slpd --help shows what is possible)\n"};
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ class Program {
   ConfigurationSources sources_;
   Log log_;
   PidFile pid_file_;
-  asio::io_context io_;
+  asio::io_context io_{1};
   Server server_{io_, log_, SteadyTime};
 };
 

@@ -52,22 +52,23 @@ TEST(CommandLine, WrongOnesSayWhatIsWrong) {
     std::string text;
   };
   const Row rows[] = {
-      {{"--property", "net.slp.port"}, "slpd: --property: KEY=VALUE is wanted, not \"net.slp.port\"\n"},
+      {{"--property", "net.slp.port"}, "slpd: --property: KEY=VALUE is wanted, not \"net.slp.port\" ("},
       {{"--property", "net.slp.prot=1"},
-       "slpd: --property: there is no property net.slp.prot (slpd --help-properties lists them)\n"},
+       "slpd: --property: there is no property net.slp.prot; slpd --help-properties lists them ("},
       {{"--property", "net.slp.port=0"}, "slpd: --property: net.slp.port must be "},
       {{"--property", "net.slp.OpenSLPVersion=3"},
-       "slpd: --property: net.slp.OpenSLPVersion cannot be set\n"},
-      {{"--config"}, "slpd: --config: 1 required FILE missing\n"},
-      {{"--nonsense"}, "slpd: The following argument was not expected: --nonsense\n"},
-      {{"word"}, "slpd: The following argument was not expected: word\n"},
+       "slpd: --property: net.slp.OpenSLPVersion cannot be set ("},
+      {{"--config"}, "slpd: --config: 1 required FILE missing ("},
+      {{"--nonsense"}, "slpd: The following argument was not expected: --nonsense ("},
+      {{"word"}, "slpd: The following argument was not expected: word ("},
   };
   for (const Row& row : rows) {
     const auto parsed = Parse(row.arguments);
     const auto* const early = std::get_if<EarlyExit>(&parsed);
     ASSERT_NE(early, nullptr) << row.text;
     EXPECT_EQ(early->status, ExitStatus::kUsage);
-    EXPECT_THAT(early->text, AllOf(StartsWith(row.text), EndsWith("slpd --help shows what is possible.\n")));
+    EXPECT_THAT(early->text,
+                AllOf(StartsWith(row.text), EndsWith(" (slpd --help shows what is possible)\n")));
   }
 }
 

@@ -1,6 +1,5 @@
 #include "slpd/server/process_watch.h"
 
-#include <signal.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -8,6 +7,7 @@
 #include <asio/steady_timer.hpp>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <limits>
 #include <map>
