@@ -7,6 +7,7 @@
 #include <mutex>
 #include <new>
 #include <set>
+#include <unordered_map>
 #include <utility>
 
 namespace scripted_slp {
@@ -28,7 +29,9 @@ struct Books {
   std::vector<std::string> calls;
   unsigned int log = 0;
   std::vector<SLPBoolean> answers;
-  std::vector<std::unique_ptr<OpenedHandle>> handles;
+  /// All that were ever opened: a closed one is still told from a foreign one.
+  std::unordered_map<SLPHandle, std::unique_ptr<OpenedHandle>> handles;
+  int open_handles = 0;
   std::set<void*> memory;
   std::map<std::string, std::string> file_properties = BuiltInProperties();
   std::map<std::string, std::string> process_properties;
@@ -59,24 +62,12 @@ class LockedBooks {
 };
 
 OpenedHandle* Find(LockedBooks& books, SLPHandle handle) {
-  for (const std::unique_ptr<OpenedHandle>& opened : books->handles) {
-    if (opened.get() == handle) {
-      return opened.get();
-    }
-  }
-  return nullptr;
+  const auto found = books->handles.find(handle);
+  return found == books->handles.end() ? nullptr : found->second.get();
 }
 
 std::string NameOf(const OpenedHandle* handle) {
   return handle == nullptr ? "#?" : "#" + std::to_string(handle->number);
-}
-
-int CountOpen(LockedBooks& books) {
-  int open = 0;
-  for (const std::unique_ptr<OpenedHandle>& opened : books->handles) {
-    open += opened->open ? 1 : 0;
-  }
-  return open;
 }
 
 std::string CallText(const std::string& name, const std::vector<std::string>& arguments) {
@@ -198,17 +189,21 @@ std::string LogText(const char* text) {
 
 SLPHandle OpenHandle() {
   LockedBooks books;
-  books->handles.push_back(std::make_unique<OpenedHandle>());
-  books->handles.back()->number = static_cast<int>(books->handles.size());
-  return books->handles.back().get();
+  auto opened = std::make_unique<OpenedHandle>();
+  opened->number = static_cast<int>(books->handles.size()) + 1;
+  SLPHandle const handle = opened.get();
+  books->handles.emplace(handle, std::move(opened));
+  ++books->open_handles;
+  return handle;
 }
 
 void CloseHandle(SLPHandle handle) {
   LockedBooks books;
   if (OpenedHandle* const opened = Find(books, handle)) {
     opened->open = false;
+    --books->open_handles;
   }
-  if (CountOpen(books) == 0) {
+  if (books->open_handles == 0) {
     books->process_properties.clear();
   }
 }
@@ -392,7 +387,7 @@ std::vector<SLPBoolean> CallbackAnswers() {
 
 int OpenHandles() {
   LockedBooks books;
-  return CountOpen(books);
+  return books->open_handles;
 }
 
 int OutstandingMemory() {
