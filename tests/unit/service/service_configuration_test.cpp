@@ -1,0 +1,368 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
+#include <vector>
+
+#include "platform/exclusive_file.h"
+#include "service_fixture.h"
+
+namespace kelsd {
+namespace {
+
+using scripted_slp::Function;
+using scripted_slp::Next;
+using scripted_slp::Returns;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ServiceConfiguration : public ServiceFixture {
+ protected:
+  /// Somebody else writes the file.
+  void LockFile() {
+    bool created = false;
+    other_writer_ = platform::ExclusiveFile::Open(folder.Path("slp.conf"), created);
+    ASSERT_NE(other_writer_, nullptr);
+  }
+
+  /// What the SLP library reads from the file from now on.
+  static void FileSays(const std::string& key, const std::string& value) {
+    scripted_slp::SetFileProperty(key, value);
+  }
+
+  CKelSLPServiceConfig Read(std::vector<SResult>& errors) {
+    CKelSLPServiceConfig config;
+    EXPECT_THAT(agent.GetSLPServiceConfig(config, errors), SameResult(kSuccess));
+    return config;
+  }
+
+  std::unique_ptr<platform::ExclusiveFile> other_writer_;
+};
+
+// Reading.
+
+TEST_F(ServiceConfiguration, IsTheSnapshotOfTheLastInitialisation) {
+  FileSays("net.slp.MTU", "1000");
+  FileSays("net.slp.DAHeartBeat", "1");
+  std::vector<SResult> errors{SResult()};
+  EXPECT_EQ(Read(errors).GetMTU(), 1400);
+  EXPECT_THAT(errors, IsEmpty());
+  EXPECT_THAT(CKelSLPImpl::ReInitialize(false), SameResult(kSuccess));
+  EXPECT_EQ(Read(errors).GetMTU(), 1000);
+  EXPECT_THAT(
+      errors,
+      ElementsAre(SameResult(SResult(SResult::ERR_INVALID_PARAMETER,
+                                     "Directory agent heart beat is too small (must be at least 2000): 1.",
+                                     "kelsd::CKelSLPServiceConfig::SetDAHeartBeat "
+                                     "kelsd::CKelSLPServiceConfig::ValidateDAHeartBeat"))));
+}
+
+TEST_F(ServiceConfiguration, NeedsAnInitialisedCore) {
+  CKelSLPImpl::Shutdown();
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors{SResult()};
+  EXPECT_THAT(agent.GetSLPServiceConfig(config, errors),
+              SameResult(SResult(SResult::ERR_NOT_INITIALIZED, "", kAgentName + "GetSLPServiceConfig")));
+  EXPECT_EQ(errors.size(), 1U);
+}
+
+TEST_F(ServiceConfiguration, InitialisesAgainOnceWhenTheVariableIsNew) {
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  FileSays("net.slp.MTU", "1000");
+  Next(Function::kOpen, scripted_slp::Runs([this] { UseConfigFile(folder.Path("slp.conf")); }));
+  std::vector<SResult> errors;
+  EXPECT_EQ(Read(errors).GetMTU(), 1000);
+  EXPECT_THAT(scripted_slp::CallsButProperties(),
+              ElementsAre("SLPClose(#2)", "SLPOpen(en,0)=#3", "SLPClose(#3)", "SLPOpen(en,0)=#4"));
+}
+
+TEST_F(ServiceConfiguration, ReportsProblemsOfTheFile) {
+  const std::string validate = "kelsd::CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile";
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors{SResult()};
+  EXPECT_THAT(
+      agent.GetSLPServiceConfig(config, errors),
+      SameResult(SResult(SResult::ERR_RESTART_REQUIRED, "", kAgentName + "GetSLPServiceConfig " + validate)));
+  Next(Function::kOpen, Returns(SLP_PARAMETER_BAD));
+  EXPECT_THAT(agent.GetSLPServiceConfig(config, errors),
+              SameResult(SResult(SResult::ERR_RESTART_REQUIRED, " Re-initialization failed: ",
+                                 kAgentName + "GetSLPServiceConfig " + validate +
+                                     " kelsd::CKelSLPImpl::ReInitialize "
+                                     "kelsd::CKelSLPImpl::ReInitializeInternal "
+                                     "kelsd::CKelSLPImpl::InitializeInternal "
+                                     "kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
+  EXPECT_EQ(errors.size(), 1U);
+}
+
+TEST_F(ServiceConfiguration, IsReadWhileSearchesRun) {
+  const std::shared_lock search(CKelSLPImpl::CoreLock());
+  std::vector<SResult> errors;
+  std::async(std::launch::async, [&] { Read(errors); }).get();
+}
+
+// Reading straight from the file.
+
+TEST_F(ServiceConfiguration, OfAnEmptyFileIsThePresets) {
+  CKelSLPServiceConfig config;
+  config.SetAppendLog(false);
+  std::vector<SResult> errors{SResult()};
+  EXPECT_THAT(agent.GetSLPServiceConfigFromFileInternal(config, errors), SameResult(kSuccess));
+  EXPECT_THAT(errors, IsEmpty());
+  EXPECT_EQ(config.GetMulticastTTL(), 255);
+  EXPECT_EQ(config.GetUnicastMaximumWait(), 5000);
+  EXPECT_EQ(config.GetUnicastTimeouts(), CKelSLPConfig::UNICASTTIMEOUTS_DEFAULT_SLP());
+  EXPECT_EQ(config.GetMTU(), 1400);
+  EXPECT_EQ(config.GetPPort(), 427);
+  EXPECT_EQ(config.GetOpenSLPVersion(), "");
+  EXPECT_TRUE(config.IsUseScopesDefaultSLP() && config.GetAppendLog() && config.GetWatchRegistrationPID());
+  EXPECT_EQ(config.GetDAHeartBeat(), 10800);
+  EXPECT_EQ(config.GetDAActiveDiscoveryInterval(), 900);
+  CKelSLPServiceConfig defaults;
+  EXPECT_TRUE(
+      defaults.SetUnicasttMaximumWaitAndTimeouts(5000, CKelSLPConfig::UNICASTTIMEOUTS_DEFAULT_SLP()).IsOk());
+  EXPECT_TRUE(config.EqualTo(defaults));
+}
+
+TEST_F(ServiceConfiguration, OfAFileIsWhatItSays) {
+  folder.Write("slp.conf",
+               "net.slp.multicastTTL = 7\nnet.slp.unicastMaximumWait=900\nnet.slp.unicastTimeouts=100,200\n"
+               "net.slp.MTU=1000\nnet.slp.broadcastAddr=10.0.0.255\nnet.slp.useDHCP=0\n"
+               "net.slp.interfaces=10.0.0.1, 10.0.0.2\nnet.slp.activeDADetection=no\nnet.slp.port=1427\n"
+               "net.slp.securityEnabled=yes\nnet.slp.useIPv4=false\nnet.slp.useIPv6=True\nnet.slp.isDA=yes\n"
+               "net.slp.DAHeartBeat=2000\nnet.slp.staleDACheckPeriod=3\nnet.slp.useScopes=a, b\n"
+               "net.slp.DAAddresses=10.0.0.3\nnet.slp.watchRegistrationPID=0\nnet.slp.indexSrvtype=1\n"
+               "net.slp.indexedAttributes=X-A\nnet.slp.traceDATraffic=1\nnet.slp.traceReg=1\n"
+               "net.slp.traceDrop=1\nnet.slp.traceMsg=1\nnet.slp.appendLog=0\nnet.slp.isBroadcastOnly=1\n"
+               "net.slp.passiveDADetection=0\nnet.slp.DAActiveDiscoveryInterval=5\n"
+               "net.slp.checkSourceAddr=0\nnet.slp.OpenSLPVersion=9\n");
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors;
+  EXPECT_THAT(agent.GetSLPServiceConfigFromFileInternal(config, errors), SameResult(kSuccess));
+  EXPECT_THAT(errors, IsEmpty());
+  std::vector<SResult> refused;
+  const CKelSLPServiceConfig expected(7, 900, {100, 200}, 1000, "10.0.0.255", false, {"10.0.0.1", "10.0.0.2"},
+                                      false, 1427, true, false, true, "", true, 2000, 3, {"A", "B"},
+                                      {"10.0.0.3"}, false, true, {"x-a"}, true, true, true, true, false, true,
+                                      false, 5, false, refused);
+  EXPECT_THAT(refused, IsEmpty());
+  EXPECT_TRUE(config.EqualTo(expected));
+  EXPECT_EQ(config.GetOpenSLPVersion(), "");
+}
+
+TEST_F(ServiceConfiguration, OfAFileWithBadValuesKeepsPresetsAndListsThem) {
+  folder.Write("slp.conf",
+               "net.slp.MTU = x\nnet.slp.unicastTimeouts = 500,abc\nnet.slp.DAHeartBeat = 1\n"
+               "net.slp.staleDACheckPeriod =\n");
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors;
+  EXPECT_THAT(agent.GetSLPServiceConfigFromFileInternal(config, errors), SameResult(kSuccess));
+  const std::string prefix = kAgentName + "GetSLPServiceConfigFromFileInternal " + kAgentName;
+  ASSERT_EQ(errors.size(), 4U);
+  EXPECT_EQ(errors[0], SResult::ERR_PROPERTY_PARSE);
+  EXPECT_THAT(errors[0].GetErrorDetail(), testing::StartsWith("Property: net.slp.unicastTimeouts. "));
+  EXPECT_EQ(errors[0].GetErrorDebug(), prefix + "ReadTimeoutList kelsd::CKelSLPImpl::ParseTimeoutsList");
+  EXPECT_EQ(errors[1], SResult::ERR_PROPERTY_PARSE);
+  EXPECT_THAT(errors[1].GetErrorDetail(), testing::StartsWith("Property: net.slp.MTU. "));
+  EXPECT_EQ(errors[1].GetErrorDebug(),
+            prefix + "ReadNumericProperty kelsd::CKelSLPImpl::ParseNumericProperty");
+  EXPECT_THAT(errors[2].GetErrorDetail(), testing::StartsWith("Property: net.slp.staleDACheckPeriod. "));
+  // What the record itself refuses comes last.
+  EXPECT_EQ(errors[3].GetErrorDetail(),
+            "Directory agent heart beat is too small (must be at least 2000): 1.");
+  EXPECT_EQ(config.GetMTU(), 1400);
+  EXPECT_EQ(config.GetDAHeartBeat(), 10800);
+}
+
+TEST_F(ServiceConfiguration, FromAFileThatSomebodyElseWritesFailsInTime) {
+  LockFile();
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors{SResult()};
+  EXPECT_THAT(agent.GetSLPServiceConfigFromFileInternal(config, errors),
+              SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"),
+                                 kAgentName + "GetSLPServiceConfigFromFileInternal ")));
+  EXPECT_EQ(errors.size(), 1U);
+  ClearEnvironment("OpenSLPConfig");
+  EXPECT_EQ(agent.GetSLPServiceConfigFromFileInternal(config, errors).GetErrorDebug(),
+            kAgentName + "GetSLPServiceConfigFromFileInternal " + kAgentName + "GetSLPEnvConfigFileName");
+}
+
+// Writing.
+
+constexpr const char* kWritten =
+    "net.slp.multicastTTL = 255\r\nnet.slp.unicastMaximumWait = 4000\r\n"
+    "net.slp.unicastTimeouts = 500,750,1100,1600\r\nnet.slp.MTU = 1400\r\n"
+    "net.slp.broadcastAddr = 255.255.255.255\r\nnet.slp.useDHCP = true\r\nnet.slp.interfaces = \r\n"
+    "net.slp.isDA = false\r\nnet.slp.DAHeartBeat = 10800\r\nnet.slp.staleDACheckPeriod = 0\r\n"
+    "net.slp.useScopes = LAB,TAMRO\r\nnet.slp.DAAddresses = \r\nnet.slp.watchRegistrationPID = true\r\n"
+    "net.slp.indexSrvtype = false\r\nnet.slp.indexedAttributes = x-b,x-a\r\n"
+    "net.slp.traceDATraffic = false\r\nnet.slp.traceReg = false\r\nnet.slp.traceDrop = false\r\n"
+    "net.slp.traceMsg = false\r\nnet.slp.appendLog = true\r\n";
+
+TEST_F(ServiceConfiguration, WritesTwentyKeysInThisOrder) {
+  CKelSLPServiceConfig config;
+  config.SetUseScopes({"lab", "tamro"});
+  config.SetIndexedAttributes({"X-B", "x-a"});
+  EXPECT_THAT(agent.SetSLPServiceConfig(config), SameResult(kSuccess));
+  EXPECT_EQ(folder.Read("slp.conf"), kWritten);
+}
+
+TEST_F(ServiceConfiguration, WritesAroundEverythingElse) {
+  folder.Write("slp.conf",
+               "# ours\nnet.slp.MTU = 1\nnet.slp.port = 5\n; theirs\nforeign = x\nnet.slp.MTU = 2\n");
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_THAT(folder.Read("slp.conf"),
+              testing::StartsWith("# ours\r\nnet.slp.MTU = 1400\r\nnet.slp.port = 5\r\n; theirs\r\nforeign = "
+                                  "x\r\nnet.slp.MTU = 1400\r\nnet.slp.multicastTTL = 255\r\n"));
+}
+
+TEST_F(ServiceConfiguration, WithoutAnEffectiveChangeRestartsNothing) {
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_THAT(services.Calls(), IsEmpty());
+  EXPECT_THAT(scripted_slp::CallsButProperties(),
+              ElementsAre("SLPClose(#2)", "SLPOpen(en,0)=#3", "SLPClose(#3)", "SLPOpen(en,0)=#4"));
+}
+
+TEST_F(ServiceConfiguration, WithAnEffectiveChangeRestartsTheDaemonOnceAndRenewsTheServices) {
+  Registered();
+  FileSays("net.slp.MTU", "1000");
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_EQ(services.CountCalls("ControlService"), 1U);
+  EXPECT_EQ(services.CountCalls("StartService"), 1U);
+  EXPECT_EQ(Registrations(), 1U);
+}
+
+TEST_F(ServiceConfiguration, ANotEditableChangeRestartsNothing) {
+  FileSays("net.slp.checkSourceAddr", "false");
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_THAT(services.Calls(), IsEmpty());
+}
+
+TEST_F(ServiceConfiguration, ClosesTheResidentHandleBeforeItWrites) {
+  std::string at_close = "unset";
+  Next(Function::kClose, scripted_slp::Runs([&] { at_close = folder.Read("slp.conf"); }));
+  std::string at_open;
+  Next(Function::kOpen, scripted_slp::Runs([&] { at_open = folder.Read("slp.conf"); }));
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_EQ(at_close, "");
+  EXPECT_NE(at_open, "");
+}
+
+TEST_F(ServiceConfiguration, InitialisesACoreThatIsNot) {
+  CKelSLPImpl::Shutdown();
+  scripted_slp::ForgetCalls();
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_TRUE(CKelSLPImpl::IsInitialized());
+  EXPECT_EQ(scripted_slp::Calls("SLPOpen").size(), 4U);
+}
+
+TEST_F(ServiceConfiguration, ReportsACoreThatCannotBeInitialised) {
+  CKelSLPImpl::Shutdown();
+  Next(Function::kOpen, Returns(SLP_NETWORK_INIT_FAILED));
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+              SameResult(SResult(SResult::ERR_BASIC_NETWORK_INIT_FAILED, "",
+                                 kAgentName + "SetSLPServiceConfig kelsd::CKelSLPImpl::InitializeInternal "
+                                              "kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
+  EXPECT_EQ(folder.Read("slp.conf"), "");
+}
+
+TEST_F(ServiceConfiguration, ReportsAFailedInitialisationAfterTheWriting) {
+  FileSays("net.slp.MTU", "1000");
+  Next(Function::kOpen, Returns(SLP_NETWORK_INIT_FAILED));
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+              SameResult(SResult(SResult::ERR_BASIC_NETWORK_INIT_FAILED, "",
+                                 kAgentName + "SetSLPServiceConfig kelsd::CKelSLPImpl::InitializeInternal "
+                                              "kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
+  EXPECT_NE(folder.Read("slp.conf"), "");
+  EXPECT_THAT(services.Calls(), IsEmpty());
+}
+
+TEST_F(ServiceConfiguration, AFileThatSomebodyElseWritesFailsInTimeAndLeavesAnInitialisedCore) {
+  LockFile();
+  FileSays("net.slp.MTU", "1000");
+  EXPECT_THAT(
+      agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+      SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"),
+                         kAgentName + "SetSLPServiceConfig " + kAgentName + "SetSLPServiceConfigInternal ")));
+  EXPECT_TRUE(CKelSLPImpl::IsInitialized());
+  EXPECT_THAT(services.Calls(), IsEmpty());
+}
+
+TEST_F(ServiceConfiguration, ReportsAMissingVariable) {
+  ClearEnvironment("OpenSLPConfig");
+  const SResult result = agent.SetSLPServiceConfig(CKelSLPServiceConfig());
+  EXPECT_EQ(result, SResult::ERR_ENV_NOT_SET);
+  EXPECT_EQ(result.GetErrorDebug(), kAgentName + "SetSLPServiceConfig " + kAgentName +
+                                        "SetSLPServiceConfigInternal " + kAgentName +
+                                        "GetSLPEnvConfigFileName");
+}
+
+TEST_F(ServiceConfiguration, AFailedRestartLeavesTheFileWritten) {
+  FileSays("net.slp.MTU", "1000");
+  services.Fail(ServiceCall::kStart);
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+              SameResult(SResult(SResult::ERR_SLPD_START, "Refused: StartService.",
+                                 kAgentName + "SetSLPServiceConfig " + kAgentName + "RestartSLPD " +
+                                     kAgentName + "StartSLPD StartService")));
+  EXPECT_NE(folder.Read("slp.conf"), "");
+}
+
+TEST_F(ServiceConfiguration, TheCoreLockIsFreeWhileTheDaemonIsRestarted) {
+  FileSays("net.slp.MTU", "1000");
+  bool initialized = false;
+  services.OnStart([&] {
+    initialized = std::async(std::launch::async, [] { return CKelSLPImpl::IsInitialized(); }).get();
+  });
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_TRUE(initialized);
+}
+
+TEST_F(ServiceConfiguration, TakesTheAgentsLockBeforeTheCoresAndKeepsIt) {
+  std::atomic<bool> agent_waits = false;
+  std::unique_lock core_lock(CKelSLPImpl::CoreLock());
+  std::future<SResult> setting =
+      std::async(std::launch::async, [&] { return agent.SetSLPServiceConfig(CKelSLPServiceConfig()); });
+  std::future<SResult> control = std::async(std::launch::async, [&] {
+    // Until the setting thread has the agent's lock, this one gets it.
+    for (;;) {
+      std::future<SResult> stopping = std::async(std::launch::async, [&] { return agent.StopSLPD(); });
+      // Long enough for a stop that doesn't wait.
+      if (stopping.wait_for(std::chrono::milliseconds(100)) == std::future_status::timeout) {
+        agent_waits = true;
+        return stopping.get();
+      }
+    }
+  });
+  while (!agent_waits && control.wait_for(std::chrono::milliseconds(10)) == std::future_status::timeout) {
+  }
+  core_lock.unlock();
+  EXPECT_THAT(setting.get(), SameResult(kSuccess));
+  EXPECT_THAT(control.get(), SameResult(kSuccess));
+}
+
+// Scopes.
+
+TEST_F(ServiceConfiguration, SetsTheScopesOnly) {
+  folder.Write("slp.conf", "# c\nnet.slp.useScopes = X\nforeign=1");
+  EXPECT_THAT(agent.SetLocalScopes({" tamro ", "LAB"}), SameResult(kSuccess));
+  EXPECT_EQ(folder.Read("slp.conf"), "# c\r\nnet.slp.useScopes = TAMRO,LAB\r\nforeign = 1\r\n");
+  EXPECT_THAT(agent.SetLocalScopes({}), SameResult(kSuccess));
+  EXPECT_EQ(folder.Read("slp.conf"), "# c\r\nnet.slp.useScopes = DEFAULT\r\nforeign = 1\r\n");
+  EXPECT_THAT(scripted_slp::Calls(), IsEmpty());
+}
+
+TEST_F(ServiceConfiguration, ReportsAFileOfTheScopesThatSomebodyElseWrites) {
+  LockFile();
+  EXPECT_THAT(
+      agent.SetLocalScopes({"tamro"}),
+      SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"), kAgentName + "SetLocalScopes ")));
+}
+
+}  // namespace
+}  // namespace kelsd
