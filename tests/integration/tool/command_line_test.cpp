@@ -1,0 +1,64 @@
+// What the tool says about its own command line; no daemon takes part.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "integration/tool/tool_fixture.h"
+
+namespace kelsd::integration {
+namespace {
+
+using support::ProgramRun;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(ToolCommandLine, EveryHelpShowsExamples) {
+  const std::vector<std::vector<std::string>> verbs = {{},        {"find"},   {"attributes"},
+                                                       {"parse"}, {"config"}, {"config", "show"}};
+  for (std::vector<std::string> verb : verbs) {
+    verb.emplace_back("--help");
+    const ProgramRun run = RunTool(verb);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.error, "");
+    EXPECT_THAT(run.output, AllOf(HasSubstr("Examples:\n"), HasSubstr("Exit status:")))
+        << (verb.size() > 1 ? verb.front() : "kelsd");
+  }
+}
+
+TEST(ToolCommandLine, SaysItsVersion) {
+  EXPECT_THAT(RunTool({"--version"}).output, StartsWith("kelsd 1."));
+}
+
+TEST(ToolCommandLine, ExitsWith2WhenItMakesNoSense) {
+  struct Row {
+    std::vector<std::string> arguments;
+    const char* said;
+  };
+  const std::vector<Row> rows = {
+      {{}, "A subcommand is required"},
+      {{"fnid"}, "The following argument was not expected: fnid"},
+      {{"find"}, "TYPE is required"},
+      {{"find", "zdrest", "--nonsense"}, "--nonsense"},
+      {{"find", "zdrest", "--timeout", "soon"}, "Could not convert: --timeout = soon"},
+      {{"find", "zdrest", "--config", "/nowhere/slp.conf"}, "File does not exist: /nowhere/slp.conf"},
+      {{"find", "zdrest", "--filter", "(a=1)", "--ip", "10.0.0.1"}, "--filter does not go with"},
+      {{"find", "zdrest", "--ns", "ns1", "--ip", "10.0.0.1"}, "--ip and --ns do not go together"},
+      {{"find", "zdrest", "--server-name", "srv1"}, "--server-name goes with --ip or --ns"},
+      {{"find", "zdrest", "--ip", "10.0.0.1", "--ip", "10.0.0.2"}, "without it, name one"},
+      {{"parse"}, "URL is required"},
+      {{"config"}, "A subcommand is required"},
+      {{"config", "show"}, "say which configuration"},
+  };
+  for (const Row& row : rows) {
+    const ProgramRun run = RunTool(row.arguments);
+    EXPECT_EQ(run.status, 2) << row.said;
+    EXPECT_EQ(run.output, "") << row.said;
+    EXPECT_THAT(run.error, HasSubstr(row.said));
+  }
+}
+
+}  // namespace
+}  // namespace kelsd::integration

@@ -1,0 +1,107 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "integration/tool/tool_fixture.h"
+
+namespace kelsd::integration {
+namespace {
+
+using nlohmann::json;
+using support::ProgramRun;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kServer1 = "service:zdrest.tamro:http://127.0.0.1:8080";
+constexpr const char* kServer2 = "service:zdrest.tamro:http://127.0.0.1:8090";
+
+class ToolFind : public ToolTest {
+ protected:
+  std::vector<std::string> Urls(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "find");
+    arguments.insert(arguments.end(), {"--address", "127.0.0.1"});
+    std::vector<std::string> urls;
+    for (const json& service : RunForJson(arguments)["services"]) {
+      urls.push_back(service["url"]);
+    }
+    return urls;
+  }
+};
+
+TEST_F(ToolFind, PrintsATableForPeople) {
+  const ProgramRun run = Run({"find", "zdrest"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.error, "");
+  EXPECT_EQ(run.output,
+            "SERVICE URL                                 HOST       PORT  LIFETIME\n"
+            "service:zdrest.tamro:http://127.0.0.1:8080  127.0.0.1  8080   65535 s\n"
+            "service:zdrest.tamro:http://127.0.0.1:8090  127.0.0.1  8090   65535 s\n");
+}
+
+TEST_F(ToolFind, PrintsJsonForPrograms) {
+  const json expected = {{"url", kServer1},     {"lifetime", 65535}, {"type", "service:zdrest.tamro:http"},
+                         {"host", "127.0.0.1"}, {"port", 8080},      {"netFamily", ""},
+                         {"servicePart", ""}};
+  EXPECT_EQ(RunForJson({"find", "zdrest", "--address", "127.0.0.1", "--ip", "10.0.0.2"}),
+            (json{{"services", {expected}}}));
+}
+
+TEST_F(ToolFind, KnowsTheFamilysTypesByShortNames) {
+  const std::vector<std::string> terminal = {"service:terminal.tamro:http://127.0.0.1:8070"};
+  const std::vector<std::string> render = {"service:servicehost.tamro:render://127.0.0.1:9000"};
+  EXPECT_EQ(Urls({"terminal"}), terminal);
+  EXPECT_EQ(Urls({"servicehost"}), render);
+  EXPECT_EQ(Urls({"servicehost:render"}), render);
+  EXPECT_EQ(Urls({"service:terminal.tamro:http", "--scope", "tamro"}), terminal);
+  EXPECT_EQ(Urls({"servicehost", "--scope", "lab"}),
+            (std::vector<std::string>{"service:servicehost.tamro:print://127.0.0.1:9001"}));
+}
+
+TEST_F(ToolFind, NarrowsByWhatTheServiceShallMatch) {
+  const std::vector<std::string> first = {kServer1};
+  const std::vector<std::string> second = {kServer2};
+  EXPECT_EQ(Urls({"zdrest", "--filter", "(x-version=4.1)"}), second);
+  EXPECT_EQ(Urls({"zdrest", "--ip", "10.0.0.2"}), first);
+  EXPECT_EQ(Urls({"zdrest", "--ip", "10.0.0.2", "--server-name", "srv1"}), first);
+  EXPECT_EQ(Urls({"zdrest", "--ip", "10.9.9.9", "--ip", "10.0.0.22", "--server-name", "srv2"}), second);
+  EXPECT_EQ(Urls({"zdrest", "--ns", "ns1"}), first);
+  EXPECT_EQ(Urls({"zdrest", "--ns", "ns2", "--server-name", "srv2"}), second);
+  EXPECT_EQ(Urls({"zdrest", "--ns", "ns1", "--ns", "ns2", "--server-name", "srv2"}), second);
+}
+
+TEST_F(ToolFind, ExitsWith1WhenThereIsNothing) {
+  const ProgramRun run = Run({"find", "zdrest", "--ns", "nowhere", "--address", "127.0.0.1"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.output, "");
+  EXPECT_EQ(run.error, "No services found.\n");
+  EXPECT_EQ(RunForJson({"find", "zdrest", "--ns", "nowhere", "--address", "127.0.0.1"}),
+            (json{{"services", json::array()}}));
+}
+
+TEST_F(ToolFind, ExitsWith3AndAHintWhenTheSearchFails) {
+  ASSERT_EQ(daemon_->Stop(), 0);
+  const ProgramRun run = Run({"find", "zdrest", "--address", "127.0.0.1", "--timeout", "1252"});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_EQ(run.output, "");
+  EXPECT_THAT(run.error,
+              StartsWith("kelsd: Unicast request timed out. Code: 13. kelsd::CKelSLPClientImpl::FindServices "
+                         "SLPFindSrvs\nhint: Nobody answered at that address."));
+}
+
+TEST_F(ToolFind, ExitsWith2OnATimeoutThatIsTooShort) {
+  const ProgramRun run = Run({"find", "zdrest", "--timeout", "1251"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.error,
+              HasSubstr("Invalid timeout value of 1251 provided (too small). The unicast maximum wait is "
+                        "too small (must be at least 501): 500."));
+}
+
+TEST_F(ToolFind, SendsFromTheInterfaceGiven) {
+  EXPECT_EQ(Run({"find", "terminal", "--interface", "127.0.0.1"}).status, 0);
+  EXPECT_NE(Run({"find", "terminal", "--interface", "127.0.0.77", "--timeout", "1252"}).status, 2);
+}
+
+}  // namespace
+}  // namespace kelsd::integration
