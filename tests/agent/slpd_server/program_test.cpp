@@ -68,7 +68,6 @@ TEST(Program, ASecondOneOnTheSamePidFileSaysThatOneRuns) {
   SlpdProcess second({.arguments = {"--pidfile", first.pid_file()}, .folder = other.File("")});
   EXPECT_EQ(second.Wait(seconds(10)), 2) << "an option given twice is a wrong command line";
 
-  setenv("KELSD_SLPD_PIDFILE", first.pid_file().c_str(), 1);
   SlpdProcess third({.folder = folder.File("")});
   EXPECT_EQ(third.Wait(seconds(10)), 3);
   EXPECT_EQ(third.Log(), "slpd: another slpd runs already: it holds the pid file " + first.pid_file() + "\n");
