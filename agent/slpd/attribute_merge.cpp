@@ -1,6 +1,9 @@
 #include "slpd/attribute_merge.h"
 
+#include <utility>
+
 #include "slpd/attribute_key.h"
+#include "text/escape.h"
 #include "text/fold.h"
 #include "text/string_list.h"
 
@@ -23,15 +26,16 @@ AttributeMerge::Merged* AttributeMerge::FindOrAdd(const Attribute& attribute) {
   if (const auto place = places_.find(folded); place != places_.end()) {
     return &merged_[place->second];
   }
+  std::string tag = Escape(attribute.tag);
   // "tag," for a keyword; for one with values at least its first one is there too: "(tag=value),".
   const std::size_t first_value = attribute.values.empty() ? 0 : 3 + attribute.values.front().raw.size();
-  if (full_ || size_ + attribute.tag.size() + 1 + first_value > limit_ + 1) {
+  if (full_ || size_ + tag.size() + 1 + first_value > limit_ + 1) {
     full_ = true;
     return nullptr;
   }
-  size_ += attribute.tag.size() + 1;
+  size_ += tag.size() + 1;
   places_.emplace(std::move(folded), merged_.size());
-  merged_.push_back(Merged{attribute.tag, {}, {}});
+  merged_.push_back(Merged{std::move(tag), {}, {}});
   return &merged_.back();
 }
 
@@ -40,9 +44,17 @@ void AttributeMerge::AddValue(Merged& merged, const AttributeValue& value) {
   if (full_ || merged.normal_forms.count(normal_form) != 0) {
     return;
   }
-  const std::size_t brackets_or_comma = merged.raw_values.empty() ? 3 : 1;
+  // Beside other values the empty one, which only a list of its own can say, is left out.
+  const bool after_empty = merged.raw_values.size() == 1 && Trim(merged.raw_values.front()).empty();
+  if (Trim(value.raw).empty() && !merged.raw_values.empty()) {
+    return;
+  }
+  const std::size_t brackets_or_comma = after_empty ? 0 : merged.raw_values.empty() ? 3 : 1;
   if (!Take(brackets_or_comma + value.raw.size())) {
     return;
+  }
+  if (after_empty) {
+    merged.raw_values.clear();
   }
   merged.normal_forms.insert(std::move(normal_form));
   merged.raw_values.push_back(value.raw);

@@ -27,7 +27,4 @@ struct CheckedRegistration {
 /// text too long to be sent; kScopeNotSupported when there is no scope or one that is no scope name.
 Result<CheckedRegistration> CheckRegistration(const Registration& registration);
 
-/// Whether all values of each attribute are of one type (RFC 2608 section 5).
-bool HasConsistentValues(const AttributeList& attributes);
-
 }  // namespace slp

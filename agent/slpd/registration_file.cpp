@@ -167,7 +167,7 @@ class Parser {
       const bool keyword = line.text.find('=') == std::string_view::npos;
       std::string attribute = keyword ? std::string(line.text) : '(' + std::string(line.text) + ')';
       const Result<AttributeList> parsed = AttributeList::Parse(attribute);
-      if (!parsed || parsed->items().size() != 1 || !HasConsistentValues(*parsed)) {
+      if (!parsed || parsed->items().size() != 1) {
         Problem(line.number, "not an attribute: \"" + std::string(line.text) + "\"");
         return false;
       }

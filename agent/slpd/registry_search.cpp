@@ -10,6 +10,7 @@
 #include "text/fold.h"
 #include "text/language.h"
 #include "text/string_list.h"
+#include "text/tag.h"
 
 namespace slp {
 namespace {
@@ -162,6 +163,7 @@ Result<AttributeAnswer> Registry::FindAttributesOfType(const ServiceType& type,
   if (selection.types.empty() && selection.in_scopes) {
     return Error::kLanguageNotSupported;
   }
+  const TagPatterns patterns(tag_patterns);
   AttributeMerge merge(limit);
   for (const SelectedType& selected : selection.types) {
     for (const EntryId id : Candidates(selected, nullptr, store.services)) {
@@ -169,8 +171,7 @@ Result<AttributeAnswer> Registry::FindAttributesOfType(const ServiceType& type,
         return AttributeAnswer{merge.ToString(), true};
       }
       ++store.touched;
-      const AttributeList attributes = store.ParsedAttributes(id);
-      merge.Add(tag_patterns.empty() ? attributes : attributes.Select(tag_patterns));
+      merge.Add(store.ParsedAttributes(id).Select(patterns));
     }
   }
   return AttributeAnswer{merge.ToString(), merge.full()};

@@ -29,6 +29,9 @@ TEST(AttributeMergeTest, EachTagAndValueComesOnce) {
       {"a", "(a=1)", "(a=1)"},
       {"(a=1)", "a", "(a=1)"},
       {"(a=)", "(a=)", "(a=)"},
+      {"(a=)", "(a=1)", "(a=1)"},
+      {"(a=1)", "(a=)", "(a=1)"},
+      {"(a\\2cb=1)", "x\\28y", "(a\\2Cb=1),x\\28y"},
       {"(a=1)", "(a=\\FF\\01)", "(a=1,\\FF\\01)"},
   };
   for (const MergeCase& row : cases) {
