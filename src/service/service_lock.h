@@ -19,7 +19,9 @@ class CKelSLPServiceImpl::ServiceLockHold {
   }
   ServiceLockHold(CKelSLPServiceImpl& agent, std::try_to_lock_t)
       : agent_(agent), held_(agent.m_serviceLock.try_lock()) {
-    agent_.m_serviceLockDepth += held_ ? 1 : 0;
+    if (held_) {
+      ++agent_.m_serviceLockDepth;
+    }
   }
   ~ServiceLockHold() {
     if (!held_) {
