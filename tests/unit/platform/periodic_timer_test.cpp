@@ -1,0 +1,167 @@
+#include "platform/periodic_timer.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <future>
+#include <latch>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "support/fake_platform/fake_timers.h"
+
+namespace kelsd::platform {
+namespace {
+
+// Long enough for what may go on to have gone on; a timer that is wrongly waited for, or not, fails the test.
+constexpr std::chrono::milliseconds kGrace{50};
+
+void WaitUntil(const std::function<bool()>& done) {
+  while (!done()) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+TEST(PeriodicTimer, TicksAgainAndAgainOnThreadsOfItsOwn) {
+  std::atomic<int> ticks = 0;
+  std::atomic<bool> same_thread = false;
+  std::atomic<bool> in_order = true;
+  const auto self = std::this_thread::get_id();
+  auto timer = SystemTimers().Start(1, {.tick =
+                                            [&] {
+                                              ++ticks;
+                                              same_thread = same_thread || std::this_thread::get_id() == self;
+                                            },
+                                        .after_tick = [&] { in_order = in_order && ticks > 0; }});
+  ASSERT_NE(timer, nullptr);
+  WaitUntil([&] { return ticks >= 20; });
+  timer.reset();
+  const int at_deletion = ticks;
+  std::this_thread::sleep_for(kGrace);
+  EXPECT_EQ(ticks, at_deletion);
+  EXPECT_FALSE(same_thread);
+  EXPECT_TRUE(in_order);
+}
+
+TEST(PeriodicTimer, TheFirstTickComesAfterOnePeriod) {
+  std::atomic<int> ticks = 0;
+  const auto timer = SystemTimers().Start(60000, {.tick = [&] { ++ticks; }, .after_tick = [] {}});
+  ASSERT_NE(timer, nullptr);
+  std::this_thread::sleep_for(kGrace);
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST(PeriodicTimer, TicksGoOnWhileAnEarlierOneIsBusy) {
+  std::latch leave(1);
+  std::atomic<int> ticks = 0;
+  auto timer = SystemTimers().Start(1, {.tick = [&] { ++ticks; },
+                                        .after_tick =
+                                            [&] {
+                                              if (ticks == 1) {
+                                                leave.wait();
+                                              }
+                                            }});
+  ASSERT_NE(timer, nullptr);
+  WaitUntil([&] { return ticks >= 5; });
+  leave.count_down();
+  timer.reset();
+}
+
+// What deleting waits for, and what not: on the system's timers, and on those that tests drive.
+class TimerDeletion : public testing::TestWithParam<bool> {
+ protected:
+  std::unique_ptr<PeriodicTimer> Start(TimerCallbacks callbacks) {
+    if (!IsFake()) {
+      return SystemTimers().Start(1, std::move(callbacks));
+    }
+    auto timer = fake_.Start(1, std::move(callbacks));
+    ticking_ = std::jthread([this](const std::stop_token& stop) {
+      while (!stop.stop_requested()) {
+        fake_.Tick();
+        std::this_thread::yield();
+      }
+    });
+    return timer;
+  }
+  static bool IsFake() { return GetParam(); }
+
+  FakeTimers fake_;
+  std::jthread ticking_;
+};
+
+TEST_P(TimerDeletion, WaitsForARunningTick) {
+  std::latch in_tick(1);
+  std::latch leave(1);
+  std::atomic<bool> first = true;
+  std::atomic<bool> ended = false;
+  auto timer = Start({.tick =
+                          [&] {
+                            if (first.exchange(false)) {
+                              in_tick.count_down();
+                              leave.wait();
+                              ended = true;
+                            }
+                          },
+                      .after_tick = [] {}});
+  in_tick.wait();
+  std::future<void> deletion = std::async(std::launch::async, [&] { timer.reset(); });
+  EXPECT_EQ(deletion.wait_for(kGrace), std::future_status::timeout);
+  leave.count_down();
+  deletion.get();
+  EXPECT_TRUE(ended);
+}
+
+TEST_P(TimerDeletion, DoesNotWaitForWhatFollowsATick) {
+  std::latch after_tick(1);
+  std::latch leave(1);
+  std::latch left(1);
+  std::atomic<bool> first = true;
+  auto timer = Start({.tick = [] {},
+                      .after_tick =
+                          [&] {
+                            if (first.exchange(false)) {
+                              after_tick.count_down();
+                              leave.wait();
+                              left.count_down();
+                            }
+                          }});
+  after_tick.wait();
+  timer.reset();
+  leave.count_down();
+  left.wait();
+}
+
+TEST_P(TimerDeletion, FromWithinTheTimersThreadWaitsForNothing) {
+  for (const bool in_tick : {true, false}) {
+    std::mutex mutex;
+    std::unique_ptr<PeriodicTimer> timer;
+    std::latch deleted(1);
+    std::atomic<bool> first = true;
+    const auto once = [&] {
+      if (first.exchange(false)) {
+        const std::lock_guard guard(mutex);
+        timer.reset();
+        deleted.count_down();
+      }
+    };
+    {
+      const std::lock_guard guard(mutex);
+      timer = Start({.tick = [&, in_tick] { in_tick ? once() : void(); },
+                     .after_tick = [&, in_tick] { in_tick ? void() : once(); }});
+    }
+    deleted.wait();
+    // Both run on: the objects that they use stay until no thread is inside.
+    ticking_ = std::jthread();
+    std::this_thread::sleep_for(kGrace);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(SystemAndFake, TimerDeletion, testing::Bool(),
+                         [](const auto& row) { return row.param ? "Fake" : "System"; });
+
+}  // namespace
+}  // namespace kelsd::platform

@@ -1,0 +1,41 @@
+// A daemon that keeps to the contract of the pid file and does nothing else. KELSD_TEST_DAEMON says "fails"
+// for one that ends with a reason, else it serves until SIGTERM.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <string>
+
+int main(int argc, char** argv) {
+  const char* behaviour = std::getenv("KELSD_TEST_DAEMON");
+  if (behaviour != nullptr && std::string(behaviour) == "fails") {
+    std::cerr << "some words\nport 427 is taken\n";
+    return 3;
+  }
+  if (argc != 5 || std::string(argv[1]) != "--pidfile" || std::string(argv[3]) != "--log") {
+    std::cerr << "bad options\n";
+    return 2;
+  }
+  sigset_t stop;
+  sigemptyset(&stop);
+  sigaddset(&stop, SIGTERM);
+  sigprocmask(SIG_BLOCK, &stop, nullptr);
+  const int file = open(argv[2], O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (file < 0 || flock(file, LOCK_EX | LOCK_NB) != 0) {
+    std::cerr << "another daemon runs\n";
+    return 1;
+  }
+  const std::string content = std::to_string(getpid()) + " " + std::to_string(std::time(nullptr)) + "\n";
+  if (ftruncate(file, 0) != 0 || pwrite(file, content.data(), content.size(), 0) < 0) {
+    return 1;
+  }
+  // Ends by itself should the test have died.
+  alarm(60);
+  int received = 0;
+  sigwait(&stop, &received);
+  return ftruncate(file, 0);
+}
