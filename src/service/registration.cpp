@@ -64,33 +64,32 @@ SResult ReadConfigurationAgain() {
 SResult CKelSLPServiceImpl::RegisterService(const std::string& url, unsigned short lifetime,
                                             const std::map<std::string, std::string>& attributes,
                                             const std::vector<std::string>& scopes) {
-  const auto body = [&] {
-    return RegisterLocked("kelsd::CKelSLPServiceImpl::RegisterService", RegistrationKind::kNew,
-                          {url, lifetime, attributes, scopes});
-  };
-  // By reference: a function object that copies so many captures needs memory before anything guards it.
-  return InvokeNoThrow(std::cref(body));
+  const auto registration = [&] { return SRegisteredService{url, lifetime, attributes, scopes}; };
+  return RegisterLocked("kelsd::CKelSLPServiceImpl::RegisterService", RegistrationKind::kNew,
+                        std::cref(registration));
 }
 
 SResult CKelSLPServiceImpl::ReRegisterService(const std::string& url, unsigned short lifetime,
                                               const std::map<std::string, std::string>& attributes,
                                               const std::vector<std::string>& scopes) {
-  const auto body = [&] {
-    return RegisterLocked("kelsd::CKelSLPServiceImpl::ReRegisterService", RegistrationKind::kRenewal,
-                          {url, lifetime, attributes, scopes});
-  };
-  return InvokeNoThrow(std::cref(body));
+  const auto registration = [&] { return SRegisteredService{url, lifetime, attributes, scopes}; };
+  return RegisterLocked("kelsd::CKelSLPServiceImpl::ReRegisterService", RegistrationKind::kRenewal,
+                        std::cref(registration));
 }
 
 SResult CKelSLPServiceImpl::RegisterLocked(const char* name, RegistrationKind kind,
-                                           const SRegisteredService& service) {
-  const ServiceLockHold hold(*this);
-  const std::unique_lock core_lock(CoreLock());
-  if (!IsInitializedUnlocked()) {
-    return {SResult::ERR_NOT_INITIALIZED, "", name};
-  }
-  const BusyGuard busy(m_registrationBusy);
-  return InvokeNamed(name, [&] { return RegistrationBody(kind, service); });
+                                           const std::function<SRegisteredService()>& registration) {
+  const auto body = [&]() -> SResult {
+    const ServiceLockHold hold(*this);
+    const std::unique_lock core_lock(CoreLock());
+    if (!IsInitializedUnlocked()) {
+      return {SResult::ERR_NOT_INITIALIZED, "", name};
+    }
+    const BusyGuard busy(m_registrationBusy);
+    return InvokeNamed(name, [&] { return RegistrationBody(kind, registration()); });
+  };
+  // By reference: a function object that copies so many captures needs memory before anything guards it.
+  return InvokeNoThrow(std::cref(body));
 }
 
 // 1. The SLP library must use the configuration file; it is initialised again once if it doesn't.

@@ -119,8 +119,11 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
   class ServiceLockHold;
   enum class RegistrationKind { kNew, kRenewal };
 
-  // Registration; the caller holds m_serviceLock and, but for a deregistration, the core lock exclusively.
-  SResult RegisterLocked(const char* name, RegistrationKind kind, const SRegisteredService& service);
+  // Registration.
+  /// Registers, with both locks held, what `registration` copies together.
+  SResult RegisterLocked(const char* name, RegistrationKind kind,
+                         const std::function<SRegisteredService()>& registration);
+  // The caller holds m_serviceLock and, but for a deregistration, the core lock exclusively.
   SResult RegistrationBody(RegistrationKind kind, const SRegisteredService& service);
   SResult DeregistrationBody(const std::string& url);
   SResult AdmitScopes(const std::vector<std::string>& scopes);
