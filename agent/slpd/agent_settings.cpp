@@ -55,7 +55,6 @@ std::string PathOf(const std::string& url) {
 
 AgentSettings AgentSettings::From(const Properties& properties) {
   AgentSettings settings;
-  settings.role = properties.GetBool("net.slp.isDA") ? AgentRole::kDirectoryAgent : AgentRole::kServiceAgent;
   std::vector<std::string> scopes = ListUnion({}, properties.GetStringList("net.slp.useScopes"));
   if (!scopes.empty()) {
     settings.scopes = std::move(scopes);
@@ -64,7 +63,6 @@ AgentSettings AgentSettings::From(const Properties& properties) {
     settings.language = std::move(language);
   }
   settings.mtu = static_cast<std::size_t>(std::max(properties.GetInt("net.slp.MTU"), 0));
-  settings.check_source_address = properties.GetBool("net.slp.checkSourceAddr");
   settings.watch_registration_pid = properties.GetBool("net.slp.watchRegistrationPID");
   if (std::string attributes = properties.GetString("net.slp.SAAttributes");
       AttributeList::Parse(attributes)) {

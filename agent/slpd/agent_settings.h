@@ -9,19 +9,10 @@
 
 namespace slp {
 
-enum class AgentRole {
-  kServiceAgent,
-  kDirectoryAgent,
-};
-
 struct AgentSettings {
-  AgentRole role = AgentRole::kServiceAgent;
   std::vector<std::string> scopes = {"DEFAULT"};  ///< net.slp.useScopes, never empty
   std::string language = "en";                    ///< net.slp.locale
-  std::size_t mtu = 1400;  ///< net.slp.MTU: the largest UDP reply, without UDP and IP headers
-  /// net.slp.checkSourceAddr, for a directory agent: a service agent takes registrations from its own host
-  /// alone, whatever this says.
-  bool check_source_address = true;
+  std::size_t mtu = 1400;                ///< net.slp.MTU: the largest UDP reply, without UDP and IP headers
   bool watch_registration_pid = true;    ///< net.slp.watchRegistrationPID
   std::string service_agent_attributes;  ///< net.slp.SAAttributes; empty when the property does not parse
   std::string registration_file;         ///< net.slp.serializedRegURL without "file://"; empty: none

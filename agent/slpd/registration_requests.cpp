@@ -11,18 +11,11 @@
 namespace slp {
 namespace {
 
-/// A service agent serves the programs of its own host; only a directory agent takes registrations from
-/// others.
-bool TakesRegistrations(const RequestContext& context) {
-  return context.origin.own_host || context.settings.role == AgentRole::kDirectoryAgent;
-}
-
 /// The process that the registration is to be bound to; 0: none. kParseError for a payload that is no process
 /// id.
 Result<std::uint32_t> BoundProcess(const RequestContext& context, const std::string& url) {
   const Result<std::uint32_t> process_id = ProcessIdOf(context.header.extensions);
-  if (!process_id || *process_id == 0 || !context.origin.own_host ||
-      !context.settings.watch_registration_pid) {
+  if (!process_id || *process_id == 0 || !context.settings.watch_registration_pid) {
     return process_id ? Result<std::uint32_t>(0U) : process_id;
   }
   if (context.process_exists && !context.process_exists(*process_id)) {
@@ -34,7 +27,8 @@ Result<std::uint32_t> BoundProcess(const RequestContext& context, const std::str
 
 }  // namespace
 
-// 1. Only from where registrations are taken, and never from a group.
+// 1. Never from a group, and only from the own host: a service agent serves the programs of its host,
+// whatever address their URLs name.
 // 2. Signatures cannot be verified here, so what carries them is refused (RFC 2608 section 8.5).
 // 3. It is registered in those of its scopes that are served; there must be one.
 // 4. Fresh: it replaces; else it updates what is there (RFC 2608 section 9.3).
@@ -43,7 +37,7 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
   if (context.multicast) {
     return Silence{"registration sent to a group"};
   }
-  if (!TakesRegistrations(context)) {
+  if (!context.origin.own_host) {
     return acknowledge(Error::kMessageNotSupported);
   }
   if (!request.url.authentication.empty() || !request.authentication.empty()) {
@@ -71,14 +65,15 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
                                           : context.registry.Update(registration, context.now));
 }
 
-// 1. Only from where registrations are taken, and never from a group.
+// 1. Never from a group, and only from the own host: a service agent serves the programs of its host,
+// whatever address their URLs name.
 // 2. The tags must parse; without any the whole service goes.
 Answer AnswerDeregistration(const RequestContext& context, const SrvDereg& request) {
   const auto acknowledge = [](Error error) { return ErrorAnswer(FunctionId::kSrvDereg, error); };
   if (context.multicast) {
     return Silence{"deregistration sent to a group"};
   }
-  if (!TakesRegistrations(context)) {
+  if (!context.origin.own_host) {
     return acknowledge(Error::kMessageNotSupported);
   }
   const Result<std::vector<std::string>> tags = ParseTagList(request.tags);

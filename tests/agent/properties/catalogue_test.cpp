@@ -105,13 +105,13 @@ TEST(CatalogueTest, SaysWhatIsWithoutEffect) {
   }
   EXPECT_THAT(without_effect,
               testing::UnorderedElementsAre(
-                  "net.slp.DAHeartBeat", "net.slp.DAAttributes", "net.slp.DAAddresses",
-                  "net.slp.traceDATraffic", "net.slp.passiveDADetection", "net.slp.activeDADetection",
-                  "net.slp.DAActiveDiscoveryInterval", "net.slp.DADiscoveryMaximumWait",
-                  "net.slp.DADiscoveryTimeouts", "net.slp.datagramTimeouts", "net.slp.randomWaitBound",
-                  "net.slp.useIPv4", "net.slp.useIPv6", "net.slp.typeHint", "net.slp.preferSLPv1",
-                  "net.slp.securityEnabled", "net.slp.useDHCP", "net.slp.staleDACheckPeriod",
-                  "net.slp.indexSrvtype", "net.slp.indexedAttributes"));
+                  "net.slp.isDA", "net.slp.checkSourceAddr", "net.slp.DAHeartBeat", "net.slp.DAAttributes",
+                  "net.slp.DAAddresses", "net.slp.traceDATraffic", "net.slp.passiveDADetection",
+                  "net.slp.activeDADetection", "net.slp.DAActiveDiscoveryInterval",
+                  "net.slp.DADiscoveryMaximumWait", "net.slp.DADiscoveryTimeouts", "net.slp.datagramTimeouts",
+                  "net.slp.randomWaitBound", "net.slp.useIPv4", "net.slp.useIPv6", "net.slp.typeHint",
+                  "net.slp.preferSLPv1", "net.slp.securityEnabled", "net.slp.useDHCP",
+                  "net.slp.staleDACheckPeriod", "net.slp.indexSrvtype", "net.slp.indexedAttributes"));
 }
 
 TEST(CatalogueTest, DescribesWhatIsAllowed) {

@@ -10,11 +10,9 @@ using ::testing::ElementsAre;
 
 TEST(AgentSettingsTest, DefaultsAreThoseOfTheProperties) {
   const AgentSettings settings = AgentSettings::From(Properties());
-  EXPECT_EQ(settings.role, AgentRole::kServiceAgent);
   EXPECT_THAT(settings.scopes, ElementsAre("DEFAULT"));
   EXPECT_EQ(settings.language, "en");
   EXPECT_EQ(settings.mtu, 1400U);
-  EXPECT_TRUE(settings.check_source_address);
   EXPECT_TRUE(settings.watch_registration_pid);
   EXPECT_EQ(settings.service_agent_attributes, "");
   EXPECT_EQ(settings.registration_file, "");
@@ -27,11 +25,9 @@ TEST(AgentSettingsTest, DefaultsAreThoseOfTheProperties) {
 
 TEST(AgentSettingsTest, TakesEveryProperty) {
   Properties properties;
-  properties.Set("net.slp.isDA", "true");
   properties.Set("net.slp.useScopes", "tamro, DEFAULT,,TAMRO");
   properties.Set("net.slp.locale", "de-AT");
   properties.Set("net.slp.MTU", "1200");
-  properties.Set("net.slp.checkSourceAddr", "false");
   properties.Set("net.slp.watchRegistrationPID", "false");
   properties.Set("net.slp.SAAttributes", "(room=7),(desk=a\\2cb)");
   properties.Set("net.slp.traceDATraffic", "true");
@@ -39,11 +35,9 @@ TEST(AgentSettingsTest, TakesEveryProperty) {
   properties.Set("net.slp.traceDrop", "true");
   properties.Set("net.slp.traceReg", "true");
   const AgentSettings settings = AgentSettings::From(properties);
-  EXPECT_EQ(settings.role, AgentRole::kDirectoryAgent);
   EXPECT_THAT(settings.scopes, ElementsAre("tamro", "DEFAULT"));
   EXPECT_EQ(settings.language, "de-AT");
   EXPECT_EQ(settings.mtu, 1200U);
-  EXPECT_FALSE(settings.check_source_address);
   EXPECT_FALSE(settings.watch_registration_pid);
   EXPECT_EQ(settings.service_agent_attributes, "(room=7),(desk=a\\2cb)");
   EXPECT_TRUE(settings.trace_da_traffic);

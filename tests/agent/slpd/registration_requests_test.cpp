@@ -60,32 +60,43 @@ TEST(RegistrationRequestsTest, WhatIsMalformedIsRefused) {
   }
 }
 
-TEST(RegistrationRequestsTest, OnlyTheOwnHostRegisters) {
+struct OwnHostCase {
+  const char* is_da;
+  const char* check_source_address;
+  RequestOrigin origin;
+};
+
+TEST(RegistrationRequestsTest, OnlyTheOwnHostRegistersWhateverTheProperties) {
   const SrvDereg deregistration{"DEFAULT", {0, kUrl, {}}, ""};
+  std::vector<OwnHostCase> cases;
   for (const RequestOrigin& origin : {kNeighbour, kStranger, kStreamPeer}) {
+    cases.push_back({"false", "true", origin});
+    cases.push_back({"false", "false", origin});
+    cases.push_back({"true", "true", origin});
+    cases.push_back({"true", "false", origin});
+  }
+  for (const OwnHostCase& row : cases) {
     DaemonLogic daemon;
-    EXPECT_EQ(daemon.Ask(Fresh(MakeSrvReg(kUrl, "service:x")), origin),
+    Properties properties;
+    properties.Set("net.slp.isDA", row.is_da);
+    properties.Set("net.slp.checkSourceAddr", row.check_source_address);
+    daemon.handler.SetSettings(AgentSettings::From(properties));
+    EXPECT_EQ(daemon.Ask(Fresh(MakeSrvReg(kUrl, "service:x")), row.origin),
               Acknowledged(Error::kMessageNotSupported));
     EXPECT_EQ(daemon.registry.size(), 0U);
     ASSERT_EQ(daemon.Register(MakeSrvReg(kUrl, "service:x")), Error::kOk);
-    EXPECT_EQ(daemon.Ask(deregistration, origin), Acknowledged(Error::kMessageNotSupported));
+    EXPECT_EQ(daemon.Ask(deregistration, row.origin), Acknowledged(Error::kMessageNotSupported));
     EXPECT_EQ(daemon.registry.size(), 1U);
     EXPECT_EQ(daemon.Ask(deregistration, kOwnHost), Acknowledged(Error::kOk));
     EXPECT_EQ(daemon.registry.size(), 0U);
   }
 }
 
-TEST(RegistrationRequestsTest, ADirectoryAgentTakesThemFromOthersButBindsThemToNoProcess) {
+TEST(RegistrationRequestsTest, TheUrlMayNameAnyHost) {
   DaemonLogic daemon;
-  AgentSettings settings = TestSettings();
-  settings.role = AgentRole::kDirectoryAgent;
-  daemon.handler.SetSettings(settings);
-  Message request = Fresh(MakeSrvReg(kUrl, "service:x"));
-  request.header.extensions = {{kExtensionProcessId, {0, 0, 0, 17}}};
-  EXPECT_EQ(daemon.Ask(request, kNeighbour), Acknowledged(Error::kOk));
-  EXPECT_EQ(daemon.registry.size(), 1U);
-  EXPECT_THAT(daemon.registry.WatchedProcesses(), IsEmpty());
-  EXPECT_EQ(daemon.Ask(SrvDereg{"DEFAULT", {0, kUrl, {}}, ""}, kStreamPeer), Acknowledged(Error::kOk));
+  EXPECT_EQ(daemon.Register(MakeSrvReg("service:x://192.0.2.77:80", "service:x")), Error::kOk);
+  EXPECT_EQ(daemon.Ask(SrvDereg{"DEFAULT", {0, "service:x://192.0.2.77:80", {}}, ""}, kOwnHost),
+            Acknowledged(Error::kOk));
   EXPECT_EQ(daemon.registry.size(), 0U);
 }
 

@@ -49,11 +49,11 @@ TEST_F(ConfigurationTest, AMissingGlobalFileIsNothingAMissingNamedOneIsAProblem)
 
 TEST_F(ConfigurationTest, AValueThatIsNotAllowedIsToldWithFileAndLine) {
   sources_.files.environment =
-      folder_.Write("slp.conf", "# comment\nnet.slp.port = many\nnet.slp.isDA = true\n");
+      folder_.Write("slp.conf", "# comment\nnet.slp.port = many\nnet.slp.locale = de\n");
   const Configuration configuration = Read();
   EXPECT_THAT(problems_, ElementsAre(StartsWith(folder_.File("slp.conf") + ":2: net.slp.port must be ")));
   EXPECT_EQ(configuration.properties.GetInt("net.slp.port"), 427);
-  EXPECT_EQ(configuration.settings.role, AgentRole::kDirectoryAgent);
+  EXPECT_EQ(configuration.settings.language, "de");
 }
 
 TEST_F(ConfigurationTest, TheRegistrationFileIsTheFirstOneThatIsNamed) {
