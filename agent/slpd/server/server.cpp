@@ -71,6 +71,7 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
   // Registrations of the file are complete before the first request is taken (RFC 2614 section 2.4).
   configuration_ = configuration;
   events_.Configure(configuration.settings);
+  TellOfUnavailableRole(configuration.properties);
   LoadRegistrations(configuration.settings);
 
   std::vector<std::string> problems;
@@ -108,6 +109,7 @@ bool Server::Reload(const Configuration& configuration, std::string& reason) {
     log_.Write(LogKind::kProblem, problem);
   }
   configuration_ = configuration;
+  TellOfUnavailableRole(configuration.properties);
   ApplySettings(configuration.settings);
   LoadRegistrations(configuration.settings);
   Settle();
@@ -230,6 +232,13 @@ void Server::ApplySettings(const AgentSettings& settings) {
   complete.own_addresses = listeners_.ServedAddresses();
   handler_->SetSettings(complete);
   events_.Configure(complete);
+}
+
+void Server::TellOfUnavailableRole(const Properties& properties) {
+  if (properties.GetBool("net.slp.isDA")) {
+    log_.Write(LogKind::kProblem,
+               "isDA: the directory agent role is not available; running as a service agent");
+  }
 }
 
 void Server::LoadRegistrations(const AgentSettings& settings) {

@@ -78,6 +78,7 @@ class Server : private MessageReceiver {
   void ReviewProcesses();
   void OnProcessEnded(std::uint32_t process_id);
   void ApplySettings(const AgentSettings& settings);
+  void TellOfUnavailableRole(const Properties& properties);
   void LoadRegistrations(const AgentSettings& settings);
 
   asio::io_context& io_;

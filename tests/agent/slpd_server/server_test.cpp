@@ -182,6 +182,24 @@ TEST_F(ServerTest, WatchesAProcessOnlyWhileAServiceIsBoundToIt) {
   EXPECT_EQ(WatchedProcesses(), 0U);
 }
 
+TEST_F(ServerTest, SaysThatItIsNoDirectoryAgentAtStartAndReload) {
+  const std::string told =
+      " problem isDA: the directory agent role is not available; running as a service agent\n";
+  Start();
+  EXPECT_THAT(LogText(), Not(HasSubstr(told)));
+  Configure({{"net.slp.isDA", "true"}});
+  std::string reason;
+  EXPECT_TRUE(loop_.Do([&] { return server_->Reload(configuration_, reason); })) << reason;
+  EXPECT_THAT(LogText(), HasSubstr(told));
+
+  loop_.Do([this] {
+    server_.reset();
+    log_text_.str("");
+  });
+  Start();
+  EXPECT_THAT(LogText(), HasSubstr(told));
+}
+
 TEST_F(ServerTest, ARefusedRegistrationLeavesNoWatch) {
   Start();
   EXPECT_NE(Register(Udp(), "service:x://never", 0, 1), Error::kOk);
