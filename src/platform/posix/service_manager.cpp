@@ -128,7 +128,11 @@ class ProcessServices : public ServiceManager {
       return Fail(std::generic_category().message(errno));
     }
     stopping_ = state.pid;
-    Watch(kStopWatch, [&] { return !ProbePidFile(pid_file, state, problem) || state.pid != stopping_; });
+    // It empties the file before it lets go of it: only the latter ends its stop.
+    Watch(kStopWatch, [&] {
+      return !ProbePidFile(pid_file, state, problem) || !state.held ||
+             (state.pid != 0 && state.pid != stopping_);
+    });
     return Query(pid_file, status);
   }
 
