@@ -154,6 +154,12 @@ SResult CKelSLPServiceImpl::SetSLPServiceConfigInternal(const CKelSLPServiceConf
     if (SResult result = GetSLPEnvConfigFileName(file_name); result.IsNotOk()) {
       return result;
     }
+    // Creates the file with its folders. Whether the SLP library has taken it from the variable yet is no
+    // matter: it is initialised again after the writing.
+    if (SResult result = ValidateSLPEnvironmentConfigFile();
+        result.IsNotOk() && result != SResult::ERR_RESTART_REQUIRED) {
+      return result;
+    }
     CSLPConfAccess store(m_platform.clock);
     if (SResult result = OpenStore(store, file_name); result.IsNotOk()) {
       return result;

@@ -303,6 +303,25 @@ TEST_F(ServiceConfiguration, ReportsAMissingVariable) {
                                         "GetSLPEnvConfigFileName");
 }
 
+TEST_F(ServiceConfiguration, CreatesAMissingFileWithItsFolders) {
+  // The SLP library hasn't seen the variable yet.
+  SetEnvironment("OpenSLPConfig", folder.Path("one/two/slp.conf"));
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  EXPECT_THAT(folder.Read("one/two/slp.conf"), testing::HasSubstr("net.slp.useScopes = DEFAULT\r\n"));
+}
+
+TEST_F(ServiceConfiguration, ReportsAFolderThatCannotBeCreated) {
+  folder.Write("file", "");
+  SetEnvironment("OpenSLPConfig", folder.Path("file/slp.conf"));
+  EXPECT_THAT(
+      agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+      SameResult(SResult(SResult::ERR_CONF_DIR_CREATE,
+                         "Cannot create 'OpenSLPConfig' directory '" + folder.Path("file") + "'.",
+                         kAgentName + "SetSLPServiceConfig " + kAgentName + "SetSLPServiceConfigInternal " +
+                             kAgentName + "ValidateSLPEnvironmentConfigFile")));
+  EXPECT_TRUE(CKelSLPImpl::IsInitialized());
+}
+
 TEST_F(ServiceConfiguration, AFailedRestartLeavesTheFileWritten) {
   FileSays("net.slp.MTU", "1000");
   services.Fail(ServiceCall::kStart);
