@@ -128,11 +128,8 @@ class ProcessServices : public ServiceManager {
       return Fail(std::generic_category().message(errno));
     }
     stopping_ = state.pid;
-    // It empties the file before it lets go of it: only the latter ends its stop.
-    Watch(kStopWatch, [&] {
-      return !ProbePidFile(pid_file, state, problem) || !state.held ||
-             (state.pid != 0 && state.pid != stopping_);
-    });
+    Watch(kStopWatch,
+          [&] { return !Query(pid_file, status) || status.current_state != kServiceStopPending; });
     return Query(pid_file, status);
   }
 
@@ -182,10 +179,13 @@ class ProcessServices : public ServiceManager {
       found.current_state = stops            ? kServiceStopPending
                             : state.pid == 0 ? kServiceStartPending
                                              : kServiceRunning;
+    } else if (child_runs) {
+      // A daemon that goes down lets go of the file a moment before it has ended.
+      found.current_state = stopping_ == child_->pid() ? kServiceStopPending : kServiceStartPending;
     } else {
       stopping_ = 0;
-      found.current_state = child_runs ? kServiceStartPending : kServiceStopped;
-      found.exit_code = child_ && !child_runs ? static_cast<std::uint32_t>(child_->exit_status()) : 0;
+      found.current_state = kServiceStopped;
+      found.exit_code = child_ ? static_cast<std::uint32_t>(child_->exit_status()) : 0;
     }
     if (found.current_state == kServiceStartPending || found.current_state == kServiceStopPending) {
       found.wait_hint = kPendingWaitHint;
