@@ -20,8 +20,9 @@ Result<CheckedRegistration> CheckRegistration(const Registration& registration) 
   if (scopes.empty() || !std::all_of(scopes.begin(), scopes.end(), IsValidScope)) {
     return Error::kScopeNotSupported;
   }
-  if (std::max({registration.url.size(), registration.service_type.size(), registration.attributes.size(),
-                JoinStringList(scopes).size()}) > kMaximumTextLength) {
+  if (registration.service_type.size() > kLongestServiceType ||
+      std::max({registration.url.size(), registration.attributes.size(), JoinStringList(scopes).size()}) >
+          kMaximumTextLength) {
     return Error::kInvalidRegistration;
   }
   return CheckedRegistration{std::move(*type), std::move(scopes), std::move(*attributes)};

@@ -16,6 +16,10 @@ namespace slp {
 /// The longest text that a message can carry.
 inline constexpr std::size_t kMaximumTextLength = 0xFFFF;
 
+/// The longest service type that is taken: far more than any in use needs (RFC 2609 section 2.1 sets no
+/// bound). Each type is kept with what it takes to find it, and a peer must not fill the memory with them.
+inline constexpr std::size_t kLongestServiceType = 256;
+
 /// What a registration consists of, in parts.
 struct CheckedRegistration {
   ServiceType type;
@@ -23,8 +27,9 @@ struct CheckedRegistration {
   AttributeList attributes;
 };
 
-/// kInvalidRegistration for a URL, service type, language, lifetime or attribute list that is not one, or a
-/// text too long to be sent; kScopeNotSupported when there is no scope or one that is no scope name.
+/// kInvalidRegistration for a URL, service type, language, lifetime or attribute list that is not one, a
+/// text too long to be sent, or a type beyond kLongestServiceType; kScopeNotSupported when there is no scope
+/// or one that is no scope name.
 Result<CheckedRegistration> CheckRegistration(const Registration& registration);
 
 }  // namespace slp

@@ -50,7 +50,7 @@ Error Registry::Register(const Registration& registration, Seconds now) {
     }
   }
 
-  if (!store.HasRoom(registration, earlier)) {
+  if (!store.HasRoom(registration, checked->attributes, earlier)) {
     return Error::kInternalError;
   }
   if (earlier != kNoEntry) {
@@ -90,7 +90,7 @@ Error Registry::Update(const Registration& registration, Seconds now) {
   if (updated.attributes.size() > kMaximumTextLength) {
     return Error::kInvalidRegistration;
   }
-  if (!store.HasRoom(updated, earlier)) {
+  if (!store.HasRoom(updated, merged, earlier)) {
     return Error::kInternalError;
   }
   store.services.ReplaceAttributes(earlier, merged);

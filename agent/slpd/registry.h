@@ -39,7 +39,9 @@ class Registry {
   /// What the registry holds at most; a registration beyond it is refused with kInternalError.
   struct Capacity {
     std::size_t registrations = 1'000'000;
-    std::size_t text_bytes = std::size_t{512} * 1024 * 1024;
+    std::size_t text_bytes = std::size_t{512} * 1024 * 1024;  ///< URLs, types and attributes
+    std::size_t values = 16'000'000;                          ///< attribute values that are indexed
+    std::size_t languages_per_url = 64;                       ///< each is looked at for each of the others
   };
 
   /// `events` must outlive the registry.

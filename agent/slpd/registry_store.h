@@ -25,7 +25,8 @@ struct Registry::Store {
   void Drop(RegistrationEvent event, EntryId id);
 
   /// Whether `registration` may be stored in the place of `earlier`, or as one more with kNoEntry.
-  bool HasRoom(const Registration& registration, EntryId earlier) const;
+  /// `attributes` are its own, parsed.
+  bool HasRoom(const Registration& registration, const AttributeList& attributes, EntryId earlier) const;
 
   AttributeList ParsedAttributes(EntryId id) const;
 

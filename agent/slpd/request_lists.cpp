@@ -18,7 +18,9 @@ std::vector<std::string> ServedScopes(std::string_view text, const std::vector<s
 
 Result<std::vector<std::string>> ParseTagList(std::string_view text) {
   std::vector<std::string> tags = SplitStringList(text);
-  if (!std::all_of(tags.begin(), tags.end(), IsValidTagPattern)) {
+  const auto has_wildcard = [](const std::string& tag) { return tag.find('*') != std::string::npos; };
+  if (!std::all_of(tags.begin(), tags.end(), IsValidTagPattern) ||
+      std::count_if(tags.begin(), tags.end(), has_wildcard) > kMaximumWildcardTags) {
     return Error::kParseError;
   }
   return tags;

@@ -36,7 +36,6 @@ EntryId ServiceStore::Insert(const Registration& registration, const ServiceType
   entry.text = registration.url;
   entry.text += registration.attributes;
   entry.url_length = static_cast<std::uint32_t>(registration.url.size());
-  text_bytes_ += entry.text.size();
   ++size_;
 
   if (const auto [first, added] = by_url_.insert(id); !added) {
@@ -44,6 +43,7 @@ EntryId ServiceStore::Insert(const Registration& registration, const ServiceType
   }
   ServiceGroup& group = types_.FindOrAdd(type, registration.language, scopes);
   entry.group = &group;
+  text_bytes_ += entry.text_bytes();
   entry.place_in_group = static_cast<std::uint32_t>(group.entries.size());
   group.entries.push_back(id);
   entry.values = values_.Add(id, AttributeKeys(group.type->serial, attributes));
@@ -72,6 +72,7 @@ void ServiceStore::ReplaceAttributes(EntryId id, const AttributeList& attributes
 
 void ServiceStore::Erase(EntryId id) {
   ServiceEntry& entry = entries_[id];
+  text_bytes_ -= entry.text_bytes();
   LeaveLists(id);
   values_.Remove(entry.values);
   ServiceGroup& group = *entry.group;
@@ -94,7 +95,6 @@ void ServiceStore::Erase(EntryId id) {
     entries_[before].next_variant = entry.next_variant;
   }
 
-  text_bytes_ -= entry.text.size();
   --size_;
   entry = ServiceEntry{};
   free_.push_back(id);

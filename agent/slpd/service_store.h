@@ -39,6 +39,9 @@ struct ServiceEntry {
 
   std::string_view url() const { return std::string_view(text).substr(0, url_length); }
   std::string_view attributes() const { return std::string_view(text).substr(url_length); }
+
+  /// What it counts for in ServiceStore::text_bytes.
+  std::size_t text_bytes() const { return text.size() + group->type->text.size(); }
   RegistrationView View() const;
 };
 
@@ -67,6 +70,8 @@ class ServiceStore {
 
   const ServiceEntry& operator[](EntryId id) const { return entries_[id]; }
   std::size_t size() const { return size_; }
+
+  /// URLs, attribute lists and service types; a type counts with each service, as if it were not shared.
   std::size_t text_bytes() const { return text_bytes_; }
 
   const TypeIndex& types() const { return types_; }

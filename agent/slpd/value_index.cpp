@@ -22,6 +22,7 @@ ValueIndex::Chain ValueIndex::Add(EntryId entry, const std::vector<std::uint32_t
     }
     value.first = id;
     ++value.count;
+    ++posting_count_;
     chain = id;
   }
   return chain;
@@ -44,10 +45,19 @@ void ValueIndex::Remove(Chain chain) {
     }
     const Chain next = posting.next_of_entry;
     posting = Posting{};
+    --posting_count_;
     posting.next_of_entry = free_posting_;
     free_posting_ = chain;
     chain = next;
   }
+}
+
+std::size_t ValueIndex::Length(Chain chain) const {
+  std::size_t length = 0;
+  for (; chain != kNoChain; chain = postings_[chain].next_of_entry) {
+    ++length;
+  }
+  return length;
 }
 
 std::uint32_t ValueIndex::Count(std::uint32_t key) const {

@@ -27,6 +27,12 @@ class ValueIndex {
   /// Takes back what Add returned. Takes as long as the chain is, however many others share its keys.
   void Remove(Chain chain);
 
+  /// How many postings `chain` has; takes as long.
+  std::size_t Length(Chain chain) const;
+
+  /// How many postings there are in all.
+  std::size_t size() const { return posting_count_; }
+
   /// How many entries stand under `key`.
   std::uint32_t Count(std::uint32_t key) const;
 
@@ -64,6 +70,7 @@ class ValueIndex {
   std::uint32_t free_posting_ = kNone;
   std::uint32_t free_value_ = kNone;
   std::size_t value_count_ = 0;
+  std::size_t posting_count_ = 0;
 };
 
 }  // namespace slp

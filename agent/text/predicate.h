@@ -36,6 +36,10 @@ class Predicate {
   /// Deepest nesting of operators that is taken; a deeper one is a kParseError.
   static constexpr int kMaximumDepth = 256;
 
+  /// Most comparisons that are taken; more are a kParseError. Each of them is made with every service that a
+  /// search looks at, so that one datagram must not bring thousands.
+  static constexpr int kMaximumComparisons = 1024;
+
   /// Takes time and memory linear in the text.
   static Result<Predicate> Parse(std::string_view text);
 

@@ -114,6 +114,7 @@ bool HasWholeNegation(const std::vector<PredicateNode>& open) {
 Result<PredicateNode> ParseFilter(std::string_view text) {
   std::vector<PredicateNode> open;
   std::optional<PredicateNode> root;
+  int comparisons = 0;
   Scanner scanner(text);
   while (!root) {
     scanner.SkipSpace();
@@ -129,7 +130,7 @@ Result<PredicateNode> ParseFilter(std::string_view text) {
       continue;
     }
     auto comparison = TakeComparison(scanner);
-    if (!comparison) {
+    if (!comparison || ++comparisons > Predicate::kMaximumComparisons) {
       return Error::kParseError;
     }
     root = CloseOperators(scanner, open, std::move(*comparison));

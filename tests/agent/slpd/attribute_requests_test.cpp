@@ -4,6 +4,7 @@
 
 #include "agent/slpd/daemon_logic.h"
 #include "agent/wire/printing.h"
+#include "slpd/request_lists.h"
 
 namespace slp {
 namespace {
@@ -102,54 +103,36 @@ TEST_F(AttributeRequestsTest, AReplyThatDoesNotFitIsNeverCutInTheMiddle) {
 }
 
 TEST_F(AttributeRequestsTest, MoreThanATextCanHoldIsWholeAttributesWithTheOverflowFlag) {
-  for (int i = 0; i < 3; ++i) {
-    const std::string tag = "a" + std::to_string(i);
-    daemon.Register(
-        MakeSrvReg("service:big://" + tag, "service:big", "(" + tag + "=" + std::string(30'000, 'v') + ")"));
-  }
-  const std::optional<Message> reply = daemon.Ask(MakeAttrRqst("service:big"), kStreamPeer);
-  ASSERT_TRUE(reply);
-  EXPECT_TRUE(reply->header.overflow);
-  const Result<AttributeList> list = AttributeList::Parse(std::get<AttrRply>(reply->body).attributes);
-  ASSERT_TRUE(list);
-  EXPECT_EQ(list->items().size(), 2U);
-}
-
-struct TypeCase {
-  std::optional<std::string> naming_authority;
-  const char* scopes;
-  const char* types;
-};
-
-TEST_F(AttributeRequestsTest, ServiceTypesByNamingAuthority) {
-  const TypeCase cases[] = {
-      {std::nullopt, "DEFAULT", "http,service:x.tamro:http"}, {"", "DEFAULT", "http"},
-      {"TAMRO", "DEFAULT", "service:x.tamro:http"},           {"other", "DEFAULT", ""},
-      {std::nullopt, "TAMRO", "service:x.tamro:http"},
-  };
-  for (const TypeCase& row : cases) {
-    const SrvTypeRqst request{{}, row.naming_authority, row.scopes};
-    const std::optional<Message> reply = ReplyOf(SrvTypeRply{Error::kOk, row.types});
-    EXPECT_EQ(daemon.Ask(request), reply) << row.types;
-    EXPECT_EQ(daemon.Ask(request, kGroupMember), row.types[0] == '\0' ? std::nullopt : reply) << row.types;
-  }
-  for (const char* scopes : {"", "other"}) {
-    const SrvTypeRqst request{{}, std::nullopt, scopes};
-    EXPECT_EQ(daemon.Ask(request), ReplyOf(SrvTypeRply{Error::kScopeNotSupported, ""}));
-    EXPECT_EQ(daemon.Ask(request, kGroupMember), std::nullopt);
-  }
-}
-
-TEST_F(AttributeRequestsTest, MoreTypesThanATextCanHoldAreCut) {
-  for (int i = 0; i < 3; ++i) {
-    const std::string type =
-        "service:" + std::string(1, static_cast<char>('t' + i)) + std::string(30'000, 'y');
+  constexpr std::size_t kTypeLength = 250;
+  for (int i = 0; i < 300; ++i) {
+    std::string type = "service:t" + std::to_string(100 + i);
+    type.resize(kTypeLength, 'y');
     ASSERT_EQ(daemon.Register(MakeSrvReg(type + "://h", type)), Error::kOk);
   }
   const std::optional<Message> reply = daemon.Ask(SrvTypeRqst{{}, std::nullopt, "DEFAULT"}, kStreamPeer);
   ASSERT_TRUE(reply);
   EXPECT_TRUE(reply->header.overflow);
-  EXPECT_EQ(std::get<SrvTypeRply>(reply->body).types.size(), std::string("http,").size() + std::size_t{2} * 30'009 + 1);
+  EXPECT_EQ(std::get<SrvTypeRply>(reply->body).types.size(),
+            std::string("http,").size() + 261 * (kTypeLength + 1) - 1);
+}
+
+TEST(AttributeTagsTest, WildcardsAreBounded) {
+  const auto tags = [](std::ptrdiff_t wildcards) {
+    std::string list = "plain";
+    for (std::ptrdiff_t i = 0; i < wildcards; ++i) {
+      list += ",t" + std::to_string(i) + '*';
+    }
+    return list;
+  };
+  DaemonLogic daemon;
+  ASSERT_EQ(daemon.Register(MakeSrvReg("service:x://1", "service:x", "(t255x=1),(b=2)")), Error::kOk);
+  EXPECT_EQ(daemon.Ask(MakeAttrRqst("service:x", tags(kMaximumWildcardTags))),
+            ReplyOf(AttrRply{Error::kOk, "(t255x=1)", {}}));
+  EXPECT_EQ(daemon.Ask(MakeAttrRqst("service:x", tags(kMaximumWildcardTags + 1))),
+            ReplyOf(AttrRply{Error::kParseError, "", {}}));
+  EXPECT_EQ(
+      daemon.Ask(SrvDereg{"DEFAULT", {0, "service:x://1", {}}, tags(kMaximumWildcardTags + 1)}, kOwnHost),
+      ReplyOf(SrvAck{Error::kParseError}));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "agent/slpd/daemon_logic.h"
+#include "slpd/registration_check.h"
 
 namespace slp {
 namespace {
@@ -64,6 +65,9 @@ TEST_F(RegistryTest, WhatIsMalformedIsRefusedBeforeAnythingIsStored) {
       {"long URL", [](Registration& r) { r.url += '/' + std::string(0xFFFF, 'u'); },
        Error::kInvalidRegistration},
       {"no type", [](Registration& r) { r.service_type = ""; }, Error::kInvalidRegistration},
+      {"long type",
+       [](Registration& r) { r.service_type = "service:" + std::string(kLongestServiceType - 7, 't'); },
+       Error::kInvalidRegistration},
       {"bad type", [](Registration& r) { r.service_type = "service:x y"; }, Error::kInvalidRegistration},
       {"no scope", [](Registration& r) { r.scopes = {}; }, Error::kScopeNotSupported},
       {"bad scope",
@@ -351,6 +355,56 @@ TEST(RegistryCapacityTest, RefusesWhatItHasNoRoomFor) {
   EXPECT_EQ(registry.Update(MakeRegistration("service:x://2", "service:x", long_value), kStart),
             Error::kInternalError);
   EXPECT_EQ(registry.Find("service:x://2", "en")->attributes, "(a=1)");
+}
+
+TEST(RegistryCapacityTest, ATypeMayBeAsLongAsTheLimit) {
+  RecordedEvents events;
+  Registry registry(events);
+  const std::string type = "service:" + std::string(kLongestServiceType - 8, 't');
+  EXPECT_EQ(registry.Register(MakeRegistration(kUrl, type), kStart), Error::kOk);
+  EXPECT_THAT(FindUrls(registry, MakeQuery(type)), ElementsAre(kUrl));
+}
+
+TEST(RegistryCapacityTest, TypesCountAsText) {
+  RecordedEvents events;
+  Registry registry(events, {.text_bytes = 60});
+  EXPECT_EQ(registry.Register(MakeRegistration("http://a", "service:" + std::string(45, 't')), kStart),
+            Error::kInternalError);
+  EXPECT_EQ(registry.Register(MakeRegistration("http://a", "service:" + std::string(44, 't')), kStart),
+            Error::kOk);
+  EXPECT_EQ(registry.Register(MakeRegistration("http://a", "service:" + std::string(45, 't')), kStart),
+            Error::kInternalError);
+  ASSERT_EQ(registry.Deregister("http://a", {"DEFAULT"}, {}), Error::kOk);
+  EXPECT_EQ(registry.Register(MakeRegistration("http://b", "service:" + std::string(44, 'u')), kStart),
+            Error::kOk);
+}
+
+TEST(RegistryCapacityTest, ValuesCount) {
+  RecordedEvents events;
+  Registry registry(events, {.values = 4});
+  EXPECT_EQ(registry.Register(MakeRegistration("http://a", "http", "(a=1,2),(b=3)"), kStart), Error::kOk);
+  EXPECT_EQ(registry.Register(MakeRegistration("http://b", "http", "(a=1,2)"), kStart),
+            Error::kInternalError);
+  EXPECT_EQ(registry.Register(MakeRegistration("http://b", "http", "(a=1),k"), kStart), Error::kOk);
+  EXPECT_EQ(registry.Update(MakeRegistration("http://b", "http", "(c=1)"), kStart), Error::kInternalError);
+  EXPECT_EQ(registry.Register(MakeRegistration("http://a", "http", "(a=7,8,9)"), kStart), Error::kOk);
+  ASSERT_EQ(registry.Deregister("http://a", {"DEFAULT"}, {"*"}), Error::kOk);
+  EXPECT_EQ(registry.Update(MakeRegistration("http://b", "http", "(c=1,2,3)"), kStart), Error::kOk);
+}
+
+TEST(RegistryCapacityTest, LanguagesOfOneUrlAreBounded) {
+  RecordedEvents events;
+  Registry registry(events, {.languages_per_url = 2});
+  Registration registration = MakeRegistration(kUrl, "service:x");
+  const std::pair<const char*, Error> steps[] = {
+      {"en", Error::kOk}, {"de", Error::kOk}, {"fr", Error::kInternalError}, {"DE", Error::kOk}};
+  for (const auto& [language, error] : steps) {
+    registration.language = language;
+    EXPECT_EQ(registry.Register(registration, kStart), error) << language;
+  }
+  registration.url = "service:x://other";
+  registration.language = "fr";
+  EXPECT_EQ(registry.Register(registration, kStart), Error::kOk);
 }
 
 TEST(RegistryViewTest, ForEachShowsAll) {

@@ -181,11 +181,14 @@ TEST(PredicateParse, TakesNestingUpToItsLimit) {
   }
 }
 
-TEST(PredicateParse, TakesAsManyComparisonsAsTheTextHolds) {
-  const auto predicate = Predicate::Parse("(|" + Repeat("(a=1)", 100000) + "(b=2))");
+TEST(PredicateParse, TakesComparisonsUpToTheirLimit) {
+  constexpr auto kMost = static_cast<std::size_t>(Predicate::kMaximumComparisons);
+  const auto predicate = Predicate::Parse("(|" + Repeat("(a=1)", kMost - 1) + "(b=2))");
   ASSERT_TRUE(predicate.ok());
-  EXPECT_EQ(predicate->root()->children.size(), 100001u);
+  EXPECT_EQ(predicate->root()->children.size(), kMost);
   EXPECT_TRUE(predicate->Matches(AttributeList::Parse("(b=2)").value()));
+  EXPECT_EQ(Rewritten("(|" + Repeat("(a=1)", kMost) + "(b=2))"), std::nullopt);
+  EXPECT_EQ(Rewritten("(&" + Repeat("(|(a=1)(b=*))", kMost / 2) + "(c=3))"), std::nullopt);
 }
 
 TEST(PredicateParse, KeepsTheTypedOperand) {
