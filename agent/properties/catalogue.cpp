@@ -8,6 +8,10 @@ namespace slp {
 namespace {
 
 constexpr int kUnbounded = std::numeric_limits<int>::max();
+
+/// What a UDP datagram over IPv4 can carry: 65535 without the headers of both.
+constexpr int kLargestDatagram = 65507;
+
 constexpr std::string_view kTimeoutsDefault = "500,750,1000,1500,2000,3000";
 
 constexpr PropertyInfo Flag(std::string_view key, std::string_view default_value, std::string_view effect) {
@@ -22,6 +26,16 @@ constexpr PropertyInfo Number(std::string_view key, std::string_view default_val
           .kind = PropertyKind::kInt,
           .least = least,
           .most = most};
+}
+
+/// `least` lets a 0 that a program sets be read as it stands, though no file may say it.
+constexpr PropertyInfo Limit(std::string_view key, std::string_view effect) {
+  return {.key = key,
+          .default_value = "-1",
+          .effect = effect,
+          .kind = PropertyKind::kLimit,
+          .least = -1,
+          .most = kUnbounded};
 }
 
 constexpr PropertyInfo Timeouts(std::string_view key, std::string_view effect) {
@@ -98,7 +112,7 @@ constexpr PropertyInfo kCatalogue[] = {
     WithoutEffect(Timeouts("net.slp.datagramTimeouts", "wait after each datagram to a directory agent")),
     WithoutEffect(
         Number("net.slp.randomWaitBound", "1000", 0, kUnbounded, "longest random wait, in milliseconds")),
-    Number("net.slp.MTU", "1400", 576, 65535, "longest datagram, in bytes"),
+    Number("net.slp.MTU", "1400", 576, kLargestDatagram, "longest datagram, in bytes"),
     List("net.slp.interfaces", "", "addresses or names of the interfaces that are used; empty: all"),
     Text("net.slp.broadcastAddr", "255.255.255.255", "where broadcasts go"),
     Number("net.slp.port", "427", 1, 65535, "port of every agent"),
@@ -106,7 +120,7 @@ constexpr PropertyInfo kCatalogue[] = {
     WithoutEffect(Flag("net.slp.useIPv6", "false", "use IPv6")),
     Attributes("net.slp.SAAttributes", "", "attribute list that a service agent advertises"),
     Language("net.slp.locale", "en", "language tag of messages"),
-    Number("net.slp.maxResults", "-1", -1, kUnbounded, "most results of a search; -1: all"),
+    Limit("net.slp.maxResults", "most results of a search; -1: all"),
     WithoutEffect(List("net.slp.typeHint", "", "service types that searches for service agents ask for")),
     WithoutEffect(Flag("net.slp.preferSLPv1", "false", "ask by version 1 of the protocol first")),
     WithoutEffect(Flag("net.slp.securityEnabled", "false", "sign messages and check signatures")),
@@ -150,6 +164,8 @@ std::string DescribeAllowedValues(const PropertyInfo& property) {
     case PropertyKind::kInt:
       return "a whole number from " + std::to_string(property.least) +
              (bounded ? " to " + std::to_string(property.most) : " on");
+    case PropertyKind::kLimit:
+      return "-1 or a whole number from 1 on";
     case PropertyKind::kTimeouts:
       return "milliseconds above 0, separated by commas";
     case PropertyKind::kText:

@@ -11,6 +11,7 @@ namespace slp {
 enum class PropertyKind {
   kBool,           ///< true or false
   kInt,            ///< a whole number from `least` to `most`
+  kLimit,          ///< -1 for none, or a whole number from 1 to `most`
   kTimeouts,       ///< milliseconds, separated by commas, each from `least` to `most`; a 0 ends the list
   kText,           ///< any text
   kTextList,       ///< texts separated by commas

@@ -76,6 +76,8 @@ bool IsAllowed(const PropertyInfo& property, std::string_view value) {
       return ToBool(value).has_value();
     case PropertyKind::kInt:
       return ToInt(value, property.least, property.most).has_value();
+    case PropertyKind::kLimit:
+      return ToInt(value, -1, -1).has_value() || ToInt(value, 1, property.most).has_value();
     case PropertyKind::kTimeouts:
       return ToIntList(value, property.least, property.most).has_value();
     case PropertyKind::kText:

@@ -117,7 +117,8 @@ TEST(CatalogueTest, SaysWhatIsWithoutEffect) {
 TEST(CatalogueTest, DescribesWhatIsAllowed) {
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.isDA")), "true or false");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.port")), "a whole number from 1 to 65535");
-  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.maxResults")), "a whole number from -1 on");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.maxResults")), "-1 or a whole number from 1 on");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.MTU")), "a whole number from 576 to 65507");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.unicastTimeouts")),
             "milliseconds above 0, separated by commas");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.broadcastAddr")), "a text");

@@ -108,7 +108,7 @@ TEST(PropertiesTest, LinesThatCannotBeUsedAreReportedAndLeftOut) {
       ElementsAre(
           global + ":2: net.slp.port must be a whole number from 1 to 65535, not \"abc\"",
           global + ":3: net.slp.isDA must be true or false, not \"perhaps\"",
-          application + ":2: net.slp.MTU must be a whole number from 576 to 65535, not \"575\"",
+          application + ":2: net.slp.MTU must be a whole number from 576 to 65507, not \"575\"",
           application + ":3: net.slp.OpenSLPVersion cannot be set",
           application + ":4: net.slp.EnvConfigFile cannot be set",
           application + ":5: net.slp.unicastTimeouts must be milliseconds above 0, separated by commas, "
@@ -121,6 +121,8 @@ TEST(PropertiesTest, ReadByType) {
   EXPECT_TRUE(properties.GetBool("net.slp.appendLog"));
   EXPECT_FALSE(properties.GetBool("net.slp.isDA"));
   EXPECT_EQ(properties.GetInt("net.slp.maxResults"), -1);
+  properties.Set("net.slp.maxResults", "0");
+  EXPECT_EQ(properties.GetInt("net.slp.maxResults"), 0);
   EXPECT_THAT(properties.GetIntList("net.slp.datagramTimeouts"),
               ElementsAre(500, 750, 1000, 1500, 2000, 3000));
   EXPECT_THAT(properties.GetStringList("net.slp.useScopes"), ElementsAre("DEFAULT"));
