@@ -5,26 +5,20 @@
 #include <utility>
 
 #include "text/attributes.h"
+#include "text/characters.h"
 #include "text/language.h"
 #include "text/string_list.h"
 
 namespace slp {
 namespace {
 
-/// The value of a hexadecimal digit, -1 for another character.
-int HexDigit(char c) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  const char lower = c >= 'A' && c <= 'F' ? static_cast<char>(c - 'A' + 'a') : c;
-  const std::size_t digit = kDigits.find(lower);
-  return digit == std::string_view::npos ? -1 : static_cast<int>(digit);
-}
-
 /// Characters that a URL writes as a percent sign and two digits (RFC 2396 section 2.4.1).
 std::string DecodePercent(std::string_view text) {
   std::string decoded;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '%' && i + 2 < text.size() && HexDigit(text[i + 1]) >= 0 && HexDigit(text[i + 2]) >= 0) {
-      decoded += static_cast<char>(HexDigit(text[i + 1]) * 16 + HexDigit(text[i + 2]));
+    if (text[i] == '%' && i + 2 < text.size() && HexDigitValue(text[i + 1]) >= 0 &&
+        HexDigitValue(text[i + 2]) >= 0) {
+      decoded += static_cast<char>(HexDigitValue(text[i + 1]) * 16 + HexDigitValue(text[i + 2]));
       i += 2;
     } else {
       decoded += text[i];
@@ -69,7 +63,6 @@ AgentSettings AgentSettings::From(const Properties& properties) {
     settings.service_agent_attributes = std::move(attributes);
   }
   settings.registration_file = PathOf(properties.GetString("net.slp.serializedRegURL"));
-  settings.trace_da_traffic = properties.GetBool("net.slp.traceDATraffic");
   settings.trace_messages = properties.GetBool("net.slp.traceMsg");
   settings.trace_drops = properties.GetBool("net.slp.traceDrop");
   settings.trace_registrations = properties.GetBool("net.slp.traceReg");

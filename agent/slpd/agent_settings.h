@@ -17,7 +17,6 @@ struct AgentSettings {
   std::string service_agent_attributes;  ///< net.slp.SAAttributes; empty when the property does not parse
   std::string registration_file;         ///< net.slp.serializedRegURL without "file://"; empty: none
 
-  bool trace_da_traffic = false;
   bool trace_messages = false;
   bool trace_drops = false;
   bool trace_registrations = false;

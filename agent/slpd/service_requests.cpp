@@ -5,11 +5,10 @@
 #include "slpd/request_context.h"
 #include "slpd/request_lists.h"
 #include "text/fold.h"
+#include "wire/codec.h"
 
 namespace slp {
 namespace {
-
-constexpr std::size_t kMaximumUrlEntries = 0xFFFF;
 
 /// A URL entry's reserved byte, lifetime, length and count of authentication blocks (RFC 2608 section 4.3).
 constexpr std::size_t kUrlEntryOverhead = 6;

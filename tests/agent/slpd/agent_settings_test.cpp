@@ -16,7 +16,6 @@ TEST(AgentSettingsTest, DefaultsAreThoseOfTheProperties) {
   EXPECT_TRUE(settings.watch_registration_pid);
   EXPECT_EQ(settings.service_agent_attributes, "");
   EXPECT_EQ(settings.registration_file, "");
-  EXPECT_FALSE(settings.trace_da_traffic);
   EXPECT_FALSE(settings.trace_messages);
   EXPECT_FALSE(settings.trace_drops);
   EXPECT_FALSE(settings.trace_registrations);
@@ -30,7 +29,6 @@ TEST(AgentSettingsTest, TakesEveryProperty) {
   properties.Set("net.slp.MTU", "1200");
   properties.Set("net.slp.watchRegistrationPID", "false");
   properties.Set("net.slp.SAAttributes", "(room=7),(desk=a\\2cb)");
-  properties.Set("net.slp.traceDATraffic", "true");
   properties.Set("net.slp.traceMsg", "true");
   properties.Set("net.slp.traceDrop", "true");
   properties.Set("net.slp.traceReg", "true");
@@ -40,7 +38,6 @@ TEST(AgentSettingsTest, TakesEveryProperty) {
   EXPECT_EQ(settings.mtu, 1200U);
   EXPECT_FALSE(settings.watch_registration_pid);
   EXPECT_EQ(settings.service_agent_attributes, "(room=7),(desk=a\\2cb)");
-  EXPECT_TRUE(settings.trace_da_traffic);
   EXPECT_TRUE(settings.trace_messages);
   EXPECT_TRUE(settings.trace_drops);
   EXPECT_TRUE(settings.trace_registrations);
