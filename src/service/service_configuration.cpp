@@ -133,7 +133,7 @@ SResult CKelSLPServiceImpl::SetSLPServiceConfig(const CKelSLPServiceConfig& conf
       }
       const CKelSLPServiceConfig old_config = PropertySnapshotUnlocked();
       CloseResidentHandleUnlocked();
-      const SResult written = InvokeNoThrow([&] { return SetSLPServiceConfigInternal(config); });
+      SResult written = InvokeNoThrow([&] { return SetSLPServiceConfigInternal(config); });
       SResult initialized = InitializeInternal();
       if (written.IsNotOk()) {
         return written;
