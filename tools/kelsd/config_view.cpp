@@ -5,6 +5,7 @@ namespace {
 
 using kelsd::CKelSLPClientConfig;
 using kelsd::CKelSLPConfig;
+using kelsd::CKelSLPServiceConfig;
 
 std::vector<Setting> BaseSettings(const CKelSLPConfig& config) {
   return {
@@ -42,6 +43,38 @@ std::vector<Setting> ClientSettings(const CKelSLPClientConfig& config) {
        config.IsMulticastMaximumWaitDefaultSLP()},
       {CKelSLPConfig::PROP_MULTICASTTIMEOUTS, config.GetMulticastTimeouts(),
        config.IsMulticastTimeoutsDefaultSLP()},
+  };
+  settings.insert(settings.end(), own.begin(), own.end());
+  return settings;
+}
+
+std::vector<Setting> ServiceSettings(const CKelSLPServiceConfig& config) {
+  std::vector<Setting> settings = BaseSettings(config);
+  const std::vector<Setting> own = {
+      {CKelSLPConfig::PROP_ISDA, config.GetIsDA(), config.IsIsDADefaultSLP()},
+      {CKelSLPConfig::PROP_DAHEARTBEAT, config.GetDAHeartBeat(), config.IsDAHeartBeatDefaultSLP()},
+      {CKelSLPConfig::PROP_STALEDACHECKPERIOD, config.GetStaleDACheckPeriod(),
+       config.IsStaleDACheckPeriodDefaultSLP()},
+      {CKelSLPConfig::PROP_USESCOPES, config.GetUseScopes(), config.IsUseScopesDefaultSLP()},
+      {CKelSLPConfig::PROP_DAADDRESSES, config.GetDAAddresses(), config.IsDAAddressesDefaultSLP()},
+      {CKelSLPConfig::PROP_WATCHREGISTRATIONPID, config.GetWatchRegistrationPID(),
+       config.IsWatchRegistrationPIDDefaultSLP()},
+      {CKelSLPConfig::PROP_INDEXSRVTYPE, config.GetIndexSrvtype(), config.IsIndexSrvtypeDefaultSLP()},
+      {CKelSLPConfig::PROP_INDEXEDATTRIBUTES, config.GetIndexedAttributes(),
+       config.IsIndexedAttributesDefaultSLP()},
+      {CKelSLPConfig::PROP_TRACEDATRAFFIC, config.GetTraceDATraffic(), config.IsTraceDATrafficDefaultSLP()},
+      {CKelSLPConfig::PROP_TRACEREG, config.GetTraceReg(), config.IsTraceRegDefaultSLP()},
+      {CKelSLPConfig::PROP_TRACEDROP, config.GetTraceDrop(), config.IsTraceDropDefaultSLP()},
+      {CKelSLPConfig::PROP_TRACEMSG, config.GetTraceMsg(), config.IsTraceMsgDefaultSLP()},
+      {CKelSLPConfig::PROP_APPENDLOG, config.GetAppendLog(), config.IsAppendLogDefaultSLP()},
+      {CKelSLPConfig::PROP_ISBROADCASTONLY, config.GetIsBroadcastOnly(),
+       config.IsIsBroadcastOnlyDefaultSLP()},
+      {CKelSLPConfig::PROP_PASSIVEDADETECTION, config.GetPassiveDADetection(),
+       config.IsPassiveDADetectionDefaultSLP()},
+      {CKelSLPConfig::PROP_DAACTIVEDISCOVERYINTERVAL, config.GetDAActiveDiscoveryInterval(),
+       config.IsDAActiveDiscoveryIntervalDefaultSLP()},
+      {CKelSLPConfig::PROP_CHECKSOURCEADDR, config.GetCheckSourceAddr(),
+       config.IsCheckSourceAddrDefaultSLP()},
   };
   settings.insert(settings.end(), own.begin(), own.end());
   return settings;

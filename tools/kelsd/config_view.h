@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "kelsd/CKelSLPClientConfig.h"
+#include "kelsd/CKelSLPServiceConfig.h"
 
 namespace kelsd_tool {
 
@@ -18,5 +19,6 @@ struct Setting {
 
 /// In the order in which the library reads them.
 std::vector<Setting> ClientSettings(const kelsd::CKelSLPClientConfig& config);
+std::vector<Setting> ServiceSettings(const kelsd::CKelSLPServiceConfig& config);
 
 }  // namespace kelsd_tool

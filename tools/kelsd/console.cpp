@@ -24,6 +24,10 @@ void Console::PrintJson(const nlohmann::json& document) {
   out_ << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
 }
 
+void Console::PrintEvent(const nlohmann::json& event) {
+  out_ << event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+}
+
 void Console::PrintError(const kelsd::SResult& result) {
   error_ << "kelsd: " << result.ToString() << '\n';
   const std::string hint = HintFor(result.GetErrorCode());

@@ -18,6 +18,8 @@ class Console {
   void PrintTable(const Table& table);
   void PrintLine(const std::string& line);
   void PrintJson(const nlohmann::json& document);
+  /// One line of JSON, for verbs that go on and tell of several things.
+  void PrintEvent(const nlohmann::json& event);
 
   /// The result as the library words it, and what to do about it.
   void PrintError(const kelsd::SResult& result);

@@ -25,10 +25,14 @@ void SearchSession::AddSearchOptions(CLI::App& verb) {
   AddCommonOptions(verb);
 }
 
-std::optional<ExitStatus> SearchSession::Open(Console& console) {
+void SearchSession::UseConfiguration() const {
   if (!config_file_.empty()) {
     SetEnvironment("OpenSLPConfig", config_file_);
   }
+}
+
+std::optional<ExitStatus> SearchSession::Open(Console& console) {
+  UseConfiguration();
   const SResult initialised = kelsd::CKelSLP::Initialize();
   if (initialised.IsNotOk()) {
     return console.Fail(initialised);

@@ -18,6 +18,9 @@ class SearchSession {
   /// --timeout and --interface, and the common ones.
   void AddSearchOptions(CLI::App& verb);
 
+  /// Names the configuration file, for verbs that need nothing else of the library.
+  void UseConfiguration() const;
+
   /// Names the configuration file, initialises the library and applies timeout and interfaces. None when all
   /// went well, else the status to leave with; the reason has been printed then.
   std::optional<ExitStatus> Open(Console& console);

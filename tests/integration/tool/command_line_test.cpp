@@ -16,8 +16,11 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST(ToolCommandLine, EveryHelpShowsExamples) {
-  const std::vector<std::vector<std::string>> verbs = {{},        {"find"},   {"attributes"},
-                                                       {"parse"}, {"config"}, {"config", "show"}};
+  const std::vector<std::vector<std::string>> verbs = {
+      {},         {"find"},           {"attributes"},      {"parse"},          {"register"},
+      {"config"}, {"config", "show"}, {"config", "get"},   {"config", "set"},  {"config", "validate"},
+      {"slpd"},   {"slpd", "status"}, {"slpd", "restart"}, {"config", "path"}, {"deregister"},
+      {"doctor"}};
   for (std::vector<std::string> verb : verbs) {
     verb.emplace_back("--help");
     const ProgramRun run = RunTool(verb);
@@ -39,7 +42,7 @@ TEST(ToolCommandLine, ExitsWith2WhenItMakesNoSense) {
   };
   const std::vector<Row> rows = {
       {{}, "A subcommand is required"},
-      {{"fnid"}, "The following argument was not expected: fnid"},
+      {{"fnid"}, "'fnid' was not expected"},
       {{"find"}, "TYPE is required"},
       {{"find", "zdrest", "--nonsense"}, "--nonsense"},
       {{"find", "zdrest", "--timeout", "soon"}, "Could not convert: --timeout = soon"},
@@ -50,7 +53,21 @@ TEST(ToolCommandLine, ExitsWith2WhenItMakesNoSense) {
       {{"find", "zdrest", "--ip", "10.0.0.1", "--ip", "10.0.0.2"}, "without it, name one"},
       {{"parse"}, "URL is required"},
       {{"config"}, "A subcommand is required"},
-      {{"config", "show"}, "say which configuration"},
+      {{"config", "sohw"}, "'sohw' was not expected"},
+      {{"config", "get", "colour"}, "there is no setting 'colour'"},
+      {{"config", "set"}, "SETTING is required"},
+      {{"config", "set", "isDA"}, "settings are given as KEY=VALUE, not 'isDA'"},
+      {{"config", "set", "colour=red"}, "there is no setting 'colour'"},
+      {{"config", "set", "net.slp.port=4270"}, "'net.slp.port' is read-only here"},
+      {{"config", "set", "--client", "MTU=1400"}, "lives in the process that sets it"},
+      {{"slpd"}, "A subcommand is required"},
+      {{"register"}, "SERVICE is required"},
+      {{"register", "zdrest"}, "say where the service is: --address HOST:PORT"},
+      {{"register", "service:x://h", "--address", "h"}, "--address goes with a type"},
+      {{"register", "zdrest", "--address", "h", "--attr", "x"}, "--attr takes TAG=VALUE, not 'x'"},
+      {{"register", "zdrest", "--address", "h", "--lifetime", "0"}, "--lifetime: Value 0 not in range"},
+      {{"register", "zdrest", "--address", "h", "--lifetime", "65536"}, "--lifetime"},
+      {{"deregister"}, "URL is required"},
   };
   for (const Row& row : rows) {
     const ProgramRun run = RunTool(row.arguments);

@@ -23,7 +23,8 @@ class ToolFind : public ToolTest {
     arguments.insert(arguments.begin(), "find");
     arguments.insert(arguments.end(), {"--address", "127.0.0.1"});
     std::vector<std::string> urls;
-    for (const json& service : RunForJson(arguments)["services"]) {
+    const json answer = RunForJson(arguments);
+    for (const json& service : answer["services"]) {
       urls.push_back(service["url"]);
     }
     return urls;

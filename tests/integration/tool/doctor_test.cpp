@@ -1,0 +1,97 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "integration/tool/own_daemon_fixture.h"
+#include "integration/tool/tool_fixture.h"
+#include "support/slpd_process/slpd_process.h"
+
+namespace kelsd::integration {
+namespace {
+
+using nlohmann::json;
+using support::ProgramRun;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+
+class ToolDoctor : public OwnDaemonTest {
+ protected:
+  // The port of a test deviates always.
+  std::string PortProblem() const {
+    return "problem  settings as required: The port should be 427, but is currently set to " +
+           std::to_string(port_) +
+           ".\n"
+           "         advice: Correct net.slp.port in the configuration file, then: kelsd slpd restart\n";
+  }
+};
+
+TEST_F(ToolDoctor, FindsARunningDaemonWell) {
+  ASSERT_EQ(RunTool({"slpd", "start"}).status, 0);
+  const ProgramRun run = RunTool({"doctor", "--timeout", "3000"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.error, "");
+  EXPECT_EQ(run.output,
+            "ok       library initialised\n"
+            "ok       configuration file named: " +
+                configuration_file() + "\nok       configuration file found: " + configuration_file() +
+                "\nok       configuration file used\n"
+                "ok       properties readable\n" +
+                PortProblem() +
+                "ok       slpd running\n"
+                "ok       slpd answers by unicast: service:service-agent://127.0.0.1\n"
+                "ok       slpd answers by multicast: service:service-agent://127.0.0.1\n");
+}
+
+TEST_F(ToolDoctor, TellsHowToStartTheDaemon) {
+  const ProgramRun run = RunTool({"doctor"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.output, EndsWith(PortProblem() + "problem  slpd running: slpd does not run on this host.\n"
+                                                   "         advice: Start it: kelsd slpd start\n"));
+  const json answer = RunForJson({"doctor"});
+  EXPECT_EQ(answer["findings"].back(), (json{{"check", "slpd running"},
+                                             {"ok", false},
+                                             {"detail", "slpd does not run on this host."},
+                                             {"advice", "Start it: kelsd slpd start"}}));
+}
+
+TEST_F(ToolDoctor, TellsOfPropertiesAndDeviations) {
+  folder_.Write("slp.conf", "net.slp.MTU = many\nnet.slp.traceMsg = true\n");
+  const ProgramRun run = RunTool({"doctor"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.output, HasSubstr("problem  settings as required: Logging of verbose message tracing is "
+                                    "enabled (should be disabled).\n"
+                                    "         advice: Change it: kelsd config set net.slp.traceMsg=VALUE\n"));
+  EXPECT_THAT(run.output, Not(HasSubstr("The port should be")));
+}
+
+TEST_F(ToolDoctor, FindsAUnicastThatNobodyAnswers) {
+  ASSERT_EQ(RunTool({"slpd", "start"}).status, 0);
+  folder_.Write("slp.conf", "net.slp.port = " + std::to_string(slp::support::FreePort()) +
+                                "\nnet.slp.interfaces = 127.0.0.1\n");
+  const ProgramRun run = RunTool({"doctor", "--timeout", "1252"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.output, HasSubstr("problem  slpd answers by unicast: "));
+  EXPECT_THAT(run.output, HasSubstr("problem  slpd answers by multicast: Nobody answered.\n"));
+}
+
+TEST_F(ToolDoctor, TellsThatTheFileIsMissingAndLeavesItSo) {
+  std::filesystem::remove(configuration_file());
+  const ProgramRun missing = RunTool({"doctor"});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_THAT(missing.output, HasSubstr("problem  configuration file found: " + configuration_file() +
+                                        " is no file.\n         advice: The first registration creates it"));
+  EXPECT_FALSE(std::filesystem::exists(configuration_file()));
+
+  unsetenv("OpenSLPConfig");
+  const ProgramRun unnamed = RunTool({"doctor"});
+  EXPECT_EQ(unnamed.status, 1);
+  EXPECT_THAT(unnamed.output,
+              HasSubstr("problem  configuration file named: The variable OpenSLPConfig is not set.\n"
+                        "         advice: Set the environment variable OpenSLPConfig"));
+}
+
+}  // namespace
+}  // namespace kelsd::integration

@@ -1,0 +1,115 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "integration/tool/own_daemon_fixture.h"
+#include "integration/tool/tool_fixture.h"
+
+namespace kelsd::integration {
+namespace {
+
+using nlohmann::json;
+using support::ProgramRun;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+using ToolServiceConfig = OwnDaemonTest;
+
+TEST_F(ToolServiceConfig, ShowsTheDaemonsSettings) {
+  const json answer = RunForJson({"config", "show"});
+  ASSERT_EQ(answer["settings"].size(), 30U);
+  EXPECT_EQ(answer["settings"][6], (json{{"property", "net.slp.interfaces"},
+                                         {"label", "Interfaces"},
+                                         {"value", {"127.0.0.1"}},
+                                         {"isStandardDefault", false}}));
+  EXPECT_EQ(answer["settings"][13], (json{{"property", "net.slp.isDA"},
+                                          {"label", "Is Directory Agent"},
+                                          {"value", false},
+                                          {"isStandardDefault", true}}));
+  EXPECT_THAT(RunTool({"config", "show"}).output,
+              AllOf(HasSubstr("\n*  net.slp.interfaces "), HasSubstr("\n   net.slp.isDA ")));
+}
+
+TEST_F(ToolServiceConfig, GetsOneSetting) {
+  EXPECT_EQ(RunTool({"config", "get", "net.slp.interfaces"}).output, "127.0.0.1\n");
+  EXPECT_EQ(RunTool({"config", "get", "port"}).output, std::to_string(port_) + "\n");
+  EXPECT_EQ(RunTool({"config", "get", "maxResults", "--client"}).output, "-1\n");
+  EXPECT_EQ(RunForJson({"config", "get", "DAHeartBeat"})["value"], 10800);
+  const ProgramRun other = RunTool({"config", "get", "maxResults"});
+  EXPECT_EQ(other.status, 2);
+  EXPECT_EQ(other.error, "kelsd: 'maxResults' is no setting of the service configuration\n");
+}
+
+TEST_F(ToolServiceConfig, SetsEveryKindOfValue) {
+  const ProgramRun run =
+      RunTool({"config", "set", "useScopes=DEFAULT,Lab", "net.slp.DAHeartBeat=9000",
+               "unicastTimeouts=300,600", "traceReg=true", "broadcastAddr=127.255.255.255"});
+  EXPECT_EQ(run.status, 0) << run.error;
+  EXPECT_EQ(run.output, "Set.\n");
+  EXPECT_EQ(RunTool({"config", "get", "useScopes"}).output, "DEFAULT, LAB\n");
+  EXPECT_EQ(RunTool({"config", "get", "DAHeartBeat"}).output, "9000\n");
+  EXPECT_EQ(RunTool({"config", "get", "unicastTimeouts"}).output, "300, 600\n");
+  EXPECT_EQ(RunTool({"config", "get", "traceReg"}).output, "true\n");
+  EXPECT_EQ(RunTool({"config", "get", "broadcastAddr"}).output, "127.255.255.255\n");
+  EXPECT_THAT(folder_.Read("slp.conf"),
+              StartsWith("# of a test\r\nnet.slp.port = " + std::to_string(port_) + "\r\n"));
+}
+
+TEST_F(ToolServiceConfig, RefusesBadValuesAndWritesNothing) {
+  struct Row {
+    const char* assignment;
+    const char* said;
+  };
+  const std::string before = folder_.Read("slp.conf");
+  for (const Row& row :
+       {Row{"DAHeartBeat=soon", "'DAHeartBeat' cannot be set: 'soon' is no whole number"},
+        Row{"isDA=yes", "'isDA' cannot be set: 'yes' is neither true nor false"},
+        Row{"unicastTimeouts=300,x", "'unicastTimeouts' cannot be set: 'x' is no whole number"},
+        Row{"multicastTTL=256", "'multicastTTL' cannot be set: "},
+        Row{"DAHeartBeat=1999", "'DAHeartBeat' cannot be set: "}}) {
+    const ProgramRun run = RunTool({"config", "set", "traceReg=true", row.assignment});
+    EXPECT_EQ(run.status, 2) << row.assignment;
+    EXPECT_EQ(run.output, "") << row.assignment;
+    EXPECT_THAT(run.error, HasSubstr(row.said));
+  }
+  EXPECT_EQ(folder_.Read("slp.conf"), before);
+}
+
+TEST_F(ToolServiceConfig, ListsDeviationsOneALine) {
+  folder_.Write("slp.conf", "net.slp.port = " + std::to_string(port_) +
+                                "\nnet.slp.traceReg = true\nnet.slp.appendLog = false\n");
+  const ProgramRun run = RunTool({"config", "validate"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.error, "");
+  EXPECT_EQ(run.output,
+            "net.slp.traceReg: Logging of service registration status is enabled (should be disabled).\n"
+            "net.slp.port: The port should be 427, but is currently set to " +
+                std::to_string(port_) + ".\n");
+  EXPECT_EQ(
+      RunForJson({"config", "validate", "--client"})["deviations"],
+      (json{{{"property", "net.slp.port"},
+             {"text", "The port should be 427, but is currently set to " + std::to_string(port_) + "."}}}));
+
+  folder_.Write("slp.conf", "net.slp.appendLog = false\n");
+  const ProgramRun well = RunTool({"config", "validate"});
+  EXPECT_EQ(well.status, 0) << well.output;
+  EXPECT_EQ(well.output, "");
+}
+
+TEST_F(ToolServiceConfig, NamesTheFile) {
+  EXPECT_EQ(RunTool({"config", "path"}).output, configuration_file() + "\n");
+  EXPECT_EQ(RunForJson({"config", "path"}), (json{{"path", configuration_file()}, {"exists", true}}));
+  unsetenv("OpenSLPConfig");
+  const ProgramRun run = RunTool({"config", "path"});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_EQ(run.error,
+            "kelsd: The OpenSLP environment variable 'OpenSLPConfig' is not set. Code: 42.\n"
+            "hint: Set the environment variable OpenSLPConfig to the configuration file, or name it with "
+            "--config FILE\n");
+  setenv("OpenSLPConfig", configuration_file().c_str(), 1);
+}
+
+}  // namespace
+}  // namespace kelsd::integration
