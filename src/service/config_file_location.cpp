@@ -44,6 +44,20 @@ SResult CKelSLPServiceImpl::GetSLPEnvConfigFileName(std::string& fileName) {
   return {SResult::ERR_SUCCESS};
 }
 
+SResult CKelSLPServiceImpl::CreateMissingConfigFile(const std::string& fileName, const std::string& name) {
+  if (platform::FileExists(fileName)) {
+    return {SResult::ERR_SUCCESS};
+  }
+  const std::string folder = FolderOf(fileName);
+  if (!CreateMissingFolders(folder)) {
+    return {SResult::ERR_CONF_DIR_CREATE, "Cannot create 'OpenSLPConfig' directory '" + folder + "'.", name};
+  }
+  if (!platform::CreateEmptyFile(fileName)) {
+    return {SResult::ERR_CONF_CREATE, "Cannot create 'OpenSLPConfig' file '" + fileName + "'.", name};
+  }
+  return {SResult::ERR_SUCCESS};
+}
+
 // 1. The variable names the file.
 // 2. A file that doesn't exist is created empty, with its folders.
 // 3. The SLP library must have taken the same file from the variable,
@@ -54,15 +68,8 @@ SResult CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile() {
   if (const SResult result = GetSLPEnvConfigFileName(file_name); result.IsNotOk()) {
     return result.PrependErrorDebug(kName, " ");
   }
-  if (!platform::FileExists(file_name)) {
-    const std::string folder = FolderOf(file_name);
-    if (!CreateMissingFolders(folder)) {
-      return {SResult::ERR_CONF_DIR_CREATE, "Cannot create 'OpenSLPConfig' directory '" + folder + "'.",
-              kName};
-    }
-    if (!platform::CreateEmptyFile(file_name)) {
-      return {SResult::ERR_CONF_CREATE, "Cannot create 'OpenSLPConfig' file '" + file_name + "'.", kName};
-    }
+  if (SResult result = CreateMissingConfigFile(file_name, kName); result.IsNotOk()) {
+    return result;
   }
   std::string used;
   if (GetStringProperty(used, CKelSLPConfig::PROP_ENVCONFIGFILE).IsOk() && EqualsNoCase(used, file_name)) {

@@ -154,10 +154,7 @@ SResult CKelSLPServiceImpl::SetSLPServiceConfigInternal(const CKelSLPServiceConf
     if (SResult result = GetSLPEnvConfigFileName(file_name); result.IsNotOk()) {
       return result;
     }
-    // Creates the file with its folders. Whether the SLP library has taken it from the variable yet is no
-    // matter: it is initialised again after the writing.
-    if (SResult result = ValidateSLPEnvironmentConfigFile();
-        result.IsNotOk() && result != SResult::ERR_RESTART_REQUIRED) {
+    if (SResult result = CreateMissingConfigFile(file_name, kName); result.IsNotOk()) {
       return result;
     }
     CSLPConfAccess store(m_platform.clock);

@@ -318,7 +318,7 @@ TEST_F(ServiceConfiguration, ReportsAFolderThatCannotBeCreated) {
       SameResult(SResult(SResult::ERR_CONF_DIR_CREATE,
                          "Cannot create 'OpenSLPConfig' directory '" + folder.Path("file") + "'.",
                          kAgentName + "SetSLPServiceConfig " + kAgentName + "SetSLPServiceConfigInternal " +
-                             kAgentName + "ValidateSLPEnvironmentConfigFile")));
+                             kAgentName + "SetSLPServiceConfigInternal")));
   EXPECT_TRUE(CKelSLPImpl::IsInitialized());
 }
 
