@@ -41,7 +41,7 @@ struct RegistrationView {
   std::string_view scopes;
   std::string_view attributes;
   std::uint16_t lifetime = 0;     ///< as registered
-  std::optional<Seconds> expiry;  ///< gone at this second; none: permanent
+  std::optional<Instant> expiry;  ///< gone then; none: permanent
   std::uint32_t process_id = 0;
   RegistrationSource source = RegistrationSource::kMessage;
 };

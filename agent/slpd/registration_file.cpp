@@ -207,7 +207,7 @@ std::vector<FileRegistration> ParseRegistrationFile(std::string_view text, const
   return Parser(text, file, served_scopes, problems).Parse();
 }
 
-std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Seconds now,
+std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Instant now,
                                  std::vector<PropertyProblem>& problems) {
   const std::string& file = settings.registration_file;
   const std::optional<std::string> text = file.empty() ? std::string() : ReadFile(file);

@@ -30,7 +30,7 @@ std::vector<FileRegistration> ParseRegistrationFile(std::string_view text, const
 /// Puts the entries of the file that `settings` name in the place of those of an earlier load. A URL that a
 /// program has registered itself in the same language is left to it. A file that cannot be read is a problem
 /// and changes nothing; when none is named the earlier entries go. Returns how many were registered.
-std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Seconds now,
+std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Instant now,
                                  std::vector<PropertyProblem>& problems);
 
 }  // namespace slp

@@ -32,7 +32,7 @@ Registry::~Registry() = default;
 // 1. Refuse what is malformed.
 // 2. The same texts again, as a renewal has them: only the lifetime starts anew.
 // 3. Otherwise the earlier registration of the URL in this language makes room for the new one.
-Error Registry::Register(const Registration& registration, Seconds now) {
+Error Registry::Register(const Registration& registration, Instant now) {
   Store& store = *store_;
   const Result<CheckedRegistration> checked = CheckRegistration(registration);
   if (!checked) {
@@ -65,7 +65,7 @@ Error Registry::Register(const Registration& registration, Seconds now) {
 // 1. Refuse what is malformed.
 // 2. There must be an earlier registration in this language, of the same type and in the same scopes.
 // 3. The new attributes replace those of the same tags; all others stay.
-Error Registry::Update(const Registration& registration, Seconds now) {
+Error Registry::Update(const Registration& registration, Instant now) {
   Store& store = *store_;
   const Result<CheckedRegistration> checked = CheckRegistration(registration);
   if (!checked) {
@@ -124,14 +124,14 @@ Error Registry::Deregister(std::string_view url, const std::vector<std::string>&
   return Error::kOk;
 }
 
-void Registry::Expire(Seconds now) {
+void Registry::Expire(Instant now) {
   const auto& by_expiry = store_->services.by_expiry();
   while (!by_expiry.empty() && by_expiry.begin()->first <= now) {
     store_->Drop(RegistrationEvent::kExpired, by_expiry.begin()->second.back());
   }
 }
 
-std::optional<Seconds> Registry::NextExpiry() const {
+std::optional<Instant> Registry::NextExpiry() const {
   const auto& by_expiry = store_->services.by_expiry();
   return by_expiry.empty() ? std::nullopt : std::optional(by_expiry.begin()->first);
 }

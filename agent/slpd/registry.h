@@ -55,11 +55,11 @@ class Registry {
   /// A fresh registration: takes the place of one of the same URL in the same language (RFC 2608
   /// section 8.3). kInvalidRegistration for a URL, type, language, lifetime or attribute list that is not
   /// one, kScopeNotSupported without a valid scope; nothing is stored then.
-  Error Register(const Registration& registration, Seconds now);
+  Error Register(const Registration& registration, Instant now);
 
   /// An incremental registration (RFC 2608 section 9.3). kInvalidUpdate when nothing is registered under the
   /// URL in this language or with another type, kScopeNotSupported for other scopes, else as Register.
-  Error Update(const Registration& registration, Seconds now);
+  Error Update(const Registration& registration, Instant now);
 
   /// Without `tag_patterns` the service goes in all its languages, else only the attributes that match.
   /// `scopes` must contain all scopes of the service, or kScopeNotSupported; kInvalidRegistration for an
@@ -70,7 +70,7 @@ class Registry {
   /// Shows each matching URL once with the seconds that it has left, until `visit` returns false.
   /// kLanguageNotSupported when the predicate asks for attributes, the type is there in the scopes, but not
   /// in the language (RFC 2608 section 8.1).
-  Error FindServices(const ServiceQuery& query, Seconds now,
+  Error FindServices(const ServiceQuery& query, Instant now,
                      const std::function<bool(std::string_view url, std::uint16_t lifetime)>& visit) const;
 
   /// The attributes of one URL, empty when it is not registered in the scopes; no patterns: all of them.
@@ -90,11 +90,12 @@ class Registry {
   std::vector<std::string> FindTypes(const std::vector<std::string>& scopes,
                                      const std::optional<std::string>& naming_authority) const;
 
-  /// Removes what has reached its last second: a lifetime of L given at second t ends at t+L.
-  void Expire(Seconds now);
+  /// Removes what has reached its end: a lifetime of L given at t ends at t+L, or up to an ExpiryStep later,
+  /// never earlier.
+  void Expire(Instant now);
 
-  /// The second at which Expire has something to do next; none when nothing expires.
-  std::optional<Seconds> NextExpiry() const;
+  /// When Expire has something to do next; none when nothing expires.
+  std::optional<Instant> NextExpiry() const;
 
   /// The processes that registrations are bound to, ascending.
   std::vector<std::uint32_t> WatchedProcesses() const;

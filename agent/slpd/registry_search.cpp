@@ -1,5 +1,6 @@
 // The searches of a registry.
 #include <algorithm>
+#include <chrono>
 #include <unordered_set>
 #include <utility>
 
@@ -77,12 +78,13 @@ std::vector<EntryId> Candidates(const SelectedType& selected, const PredicateNod
   return candidates;
 }
 
-std::uint16_t Remaining(const ServiceEntry& entry, Seconds now) {
+/// The seconds left, a begun one as a whole: a service that is still shown has at least one.
+std::uint16_t Remaining(const ServiceEntry& entry, Instant now) {
   if (!entry.expiry) {
     return entry.lifetime;
   }
   return static_cast<std::uint16_t>(
-      std::clamp<Seconds::rep>((*entry.expiry - now).count(), 0, entry.lifetime));
+      std::clamp<Seconds::rep>(std::chrono::ceil<Seconds>(*entry.expiry - now).count(), 0, entry.lifetime));
 }
 
 }  // namespace
@@ -92,7 +94,7 @@ std::uint16_t Remaining(const ServiceEntry& entry, Seconds now) {
 // 3. Each candidate is compared itself: two values may share a key in the index.
 // 4. A URL that is there in several languages is shown once.
 Error Registry::FindServices(
-    const ServiceQuery& query, Seconds now,
+    const ServiceQuery& query, Instant now,
     const std::function<bool(std::string_view url, std::uint16_t lifetime)>& visit) const {
   Store& store = *store_;
   const PredicateNode* predicate = query.predicate.root();

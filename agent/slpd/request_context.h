@@ -24,7 +24,7 @@ struct RequestContext {
   const RequestHandler::ProcessProbe& process_exists;
   const Header& header;
   const RequestOrigin& origin;
-  Seconds now;
+  Instant now;
   bool multicast;     ///< sent to a group or broadcast: neither errors nor empty replies are sent back
   std::size_t limit;  ///< bytes that the reply may have
 };

@@ -114,7 +114,7 @@ void RequestHandler::SetSettings(const AgentSettings& settings) {
 // 6. A request that was multicast gets neither errors nor empty replies (RFC 2608 section 7, 8.2).
 // 7. The reply carries the request's language and transaction id and is made to fit.
 std::optional<Bytes> RequestHandler::Handle(std::span<const std::uint8_t> request,
-                                            const RequestOrigin& origin, Seconds now) {
+                                            const RequestOrigin& origin, Instant now) {
   registry_.Expire(now);
 
   const auto drop = [&](std::string_view reason) {

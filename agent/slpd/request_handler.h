@@ -34,7 +34,7 @@ class RequestHandler {
   /// than the MTU over UDP, and never longer than the request to a UDP sender beyond the own networks. What
   /// has expired by `now` is gone first.
   std::optional<Bytes> Handle(std::span<const std::uint8_t> request, const RequestOrigin& origin,
-                              Seconds now);
+                              Instant now);
 
  private:
   Registry& registry_;

@@ -1,5 +1,6 @@
 #include "slpd/service_store.h"
 
+#include <chrono>
 #include <utility>
 
 #include "slpd/attribute_key.h"
@@ -23,7 +24,7 @@ ServiceStore::ServiceStore() : by_url_(0, UrlHash{&entries_}, UrlEqual{&entries_
 
 EntryId ServiceStore::Insert(const Registration& registration, const ServiceType& type,
                              const std::vector<std::string>& scopes, const AttributeList& attributes,
-                             Seconds now) {
+                             Instant now) {
   EntryId id = static_cast<EntryId>(entries_.size());
   if (free_.empty()) {
     entries_.emplace_back();
@@ -52,7 +53,7 @@ EntryId ServiceStore::Insert(const Registration& registration, const ServiceType
   return id;
 }
 
-void ServiceStore::Renew(EntryId id, const Registration& registration, Seconds now) {
+void ServiceStore::Renew(EntryId id, const Registration& registration, Instant now) {
   LeaveLists(id);
   SetLife(id, registration, now);
   EnterLists(id);
@@ -113,10 +114,13 @@ EntryId ServiceStore::FindVariant(std::string_view url, std::string_view languag
   return id;
 }
 
-void ServiceStore::SetLife(EntryId id, const Registration& registration, Seconds now) {
+void ServiceStore::SetLife(EntryId id, const Registration& registration, Instant now) {
   ServiceEntry& entry = entries_[id];
   entry.lifetime = registration.lifetime;
-  entry.expiry = registration.permanent ? std::nullopt : std::optional(now + Seconds(registration.lifetime));
+  entry.expiry.reset();
+  if (!registration.permanent) {
+    entry.expiry = std::chrono::ceil<ExpiryStep>(now + Seconds(registration.lifetime));
+  }
   entry.process_id = registration.process_id;
   entry.source = registration.source;
 }

@@ -26,7 +26,7 @@ struct ServiceEntry {
   std::string text;  ///< the URL and behind it the attribute list
   std::uint32_t url_length = 0;
   ServiceGroup* group = nullptr;  ///< null: the place is free
-  std::optional<Seconds> expiry;
+  std::optional<Instant> expiry;
   std::uint32_t process_id = 0;
   std::uint16_t lifetime = 0;
   RegistrationSource source = RegistrationSource::kMessage;
@@ -54,10 +54,10 @@ class ServiceStore {
   /// Nothing may be stored under the URL in this language. `type`, `scopes` and `attributes` are those of
   /// `registration`, in parts.
   EntryId Insert(const Registration& registration, const ServiceType& type,
-                 const std::vector<std::string>& scopes, const AttributeList& attributes, Seconds now);
+                 const std::vector<std::string>& scopes, const AttributeList& attributes, Instant now);
 
   /// A new lifetime, process and source for the same texts.
-  void Renew(EntryId id, const Registration& registration, Seconds now);
+  void Renew(EntryId id, const Registration& registration, Instant now);
 
   /// Other attributes for the same service, which lives on as it did.
   void ReplaceAttributes(EntryId id, const AttributeList& attributes);
@@ -77,8 +77,8 @@ class ServiceStore {
   const TypeIndex& types() const { return types_; }
   const ValueIndex& values() const { return values_; }
 
-  /// By the second at which they end.
-  const std::map<Seconds, std::vector<EntryId>>& by_expiry() const { return by_expiry_; }
+  /// By when they end.
+  const std::map<Instant, std::vector<EntryId>>& by_expiry() const { return by_expiry_; }
   const std::map<std::uint32_t, std::vector<EntryId>>& by_process() const { return by_process_; }
 
   /// One past the largest id; ids whose group is null stand for nothing.
@@ -109,14 +109,14 @@ class ServiceStore {
   void EnterLists(EntryId id);
   void LeaveLists(EntryId id);
   void RemoveAt(std::vector<EntryId>& list, std::uint32_t ServiceEntry::*place, EntryId id);
-  void SetLife(EntryId id, const Registration& registration, Seconds now);
+  void SetLife(EntryId id, const Registration& registration, Instant now);
 
   std::deque<ServiceEntry> entries_;
   std::vector<EntryId> free_;
   std::unordered_set<EntryId, UrlHash, UrlEqual> by_url_;  ///< first variants
   TypeIndex types_;
   ValueIndex values_;
-  Lists<Seconds> by_expiry_;
+  Lists<Instant> by_expiry_;
   Lists<std::uint32_t> by_process_;
   std::size_t size_ = 0;
   std::size_t text_bytes_ = 0;

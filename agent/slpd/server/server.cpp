@@ -143,23 +143,19 @@ void Server::Stop() {
 }
 
 void Server::Tick() {
-  registry_.Expire(Now());
+  registry_.Expire(clock_());
   armed_for_.reset();
   Settle();
 }
 
 std::optional<Bytes> Server::OnMessage(std::span<const std::uint8_t> message, const Sender& sender) {
-  auto reply = handler_->Handle(message, OriginOf(sender), Now());
+  auto reply = handler_->Handle(message, OriginOf(sender), clock_());
   Settle();
   return reply;
 }
 
 void Server::OnDropped(std::string_view reason, std::size_t size, const Sender& sender) {
   events_.OnDropped(reason, size, OriginOf(sender));
-}
-
-Seconds Server::Now() const {
-  return std::chrono::floor<Seconds>(clock_());
 }
 
 RequestOrigin Server::OriginOf(const Sender& sender) {
@@ -190,7 +186,7 @@ void Server::Settle() {
 }
 
 void Server::ArmExpiry() {
-  const std::optional<Seconds> next = registry_.NextExpiry();
+  const std::optional<Instant> next = registry_.NextExpiry();
   if (next == armed_for_) {
     return;
   }
@@ -199,7 +195,7 @@ void Server::ArmExpiry() {
     expiry_timer_.cancel();
     return;
   }
-  expiry_timer_.expires_after(std::max(std::chrono::milliseconds(0), *next - clock_()));
+  expiry_timer_.expires_after(std::max(Instant(0), *next - clock_()));
   expiry_timer_.async_wait([this](const asio::error_code& error) {
     if (!error) {
       Tick();
@@ -243,7 +239,7 @@ void Server::TellOfUnavailableRole(const Properties& properties) {
 
 void Server::LoadRegistrations(const AgentSettings& settings) {
   std::vector<PropertyProblem> problems;
-  const std::size_t count = LoadRegistrationFile(settings, registry_, Now(), problems);
+  const std::size_t count = LoadRegistrationFile(settings, registry_, clock_(), problems);
   for (const PropertyProblem& problem : problems) {
     log_.Write(LogKind::kProblem, problem.ToString());
   }

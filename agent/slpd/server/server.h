@@ -29,7 +29,7 @@ namespace slp {
 class Server : private MessageReceiver {
  public:
   /// A clock that never goes back.
-  using Clock = std::function<std::chrono::milliseconds()>;
+  using Clock = std::function<Instant()>;
 
   /// `io` and `log` outlive the server.
   Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits = {});
@@ -69,7 +69,6 @@ class Server : private MessageReceiver {
   std::optional<Bytes> OnMessage(std::span<const std::uint8_t> message, const Sender& sender) override;
   void OnDropped(std::string_view reason, std::size_t size, const Sender& sender) override;
 
-  Seconds Now() const;
   void FollowInterfaces();
   RequestOrigin OriginOf(const Sender& sender);
   const std::vector<Interface>& HostInterfaces();
@@ -92,9 +91,9 @@ class Server : private MessageReceiver {
   std::unique_ptr<RequestHandler> handler_;
   Configuration configuration_;
   asio::steady_timer expiry_timer_;
-  std::optional<Seconds> armed_for_;
+  std::optional<Instant> armed_for_;
   std::vector<Interface> host_interfaces_;
-  std::optional<std::chrono::milliseconds> host_interfaces_since_;
+  std::optional<Instant> host_interfaces_since_;
   std::unique_ptr<AddressWatch> address_watch_;
 };
 

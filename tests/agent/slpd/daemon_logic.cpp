@@ -56,7 +56,7 @@ ServiceQuery MakeQuery(std::string_view type, std::string_view predicate, std::v
           parsed_predicate ? *parsed_predicate : Predicate()};
 }
 
-std::vector<Found> FindAll(const Registry& registry, const ServiceQuery& query, Seconds now) {
+std::vector<Found> FindAll(const Registry& registry, const ServiceQuery& query, Instant now) {
   std::vector<Found> found;
   const Error error =
       registry.FindServices(query, now, [&found](std::string_view url, std::uint16_t lifetime) {
@@ -68,7 +68,7 @@ std::vector<Found> FindAll(const Registry& registry, const ServiceQuery& query, 
   return found;
 }
 
-std::vector<std::string> FindUrls(const Registry& registry, const ServiceQuery& query, Seconds now) {
+std::vector<std::string> FindUrls(const Registry& registry, const ServiceQuery& query, Instant now) {
   std::vector<std::string> urls;
   for (Found& found : FindAll(registry, query, now)) {
     urls.push_back(std::move(found.url));

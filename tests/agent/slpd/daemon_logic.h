@@ -46,11 +46,11 @@ ServiceQuery MakeQuery(std::string_view type, std::string_view predicate = {},
                        std::vector<std::string> scopes = {"DEFAULT"}, std::string language = "en");
 
 /// What a search shows, sorted by URL.
-std::vector<Found> FindAll(const Registry& registry, const ServiceQuery& query, Seconds now);
+std::vector<Found> FindAll(const Registry& registry, const ServiceQuery& query, Instant now);
 
 /// The URLs alone.
 std::vector<std::string> FindUrls(const Registry& registry, const ServiceQuery& query,
-                                  Seconds now = Seconds(0));
+                                  Instant now = Seconds(0));
 
 inline const RequestOrigin kOwnHost{"127.0.0.1", true, true, Transport::kUdpUnicast, ""};
 inline const RequestOrigin kNeighbour{"10.0.0.7", false, true, Transport::kUdpUnicast, "10.0.0.1"};
@@ -71,7 +71,7 @@ struct DaemonLogic {
   Error Register(const SrvReg& request, bool fresh = true, std::string language = "en",
                  std::vector<Extension> extensions = {});
 
-  Seconds now{1000};
+  Instant now{1000};
   RecordedEvents events;
   Registry registry{events};
   std::vector<std::uint32_t> missing_processes;

@@ -281,6 +281,40 @@ TEST_F(RegistryTest, ALifetimeEndsExactlyAtItsLastSecond) {
   }
 }
 
+struct FractionCase {
+  Instant start;
+  Instant end;  ///< of a lifetime of one second
+};
+
+TEST_F(RegistryTest, ALifetimeNeverEndsEarlyAndAtMostOneStepLate) {
+  const FractionCase cases[] = {
+      {Instant(10'000), Instant(11'000)}, {Instant(10'001), Instant(11'100)},
+      {Instant(10'099), Instant(11'100)}, {Instant(10'900), Instant(11'900)},
+      {Instant(10'901), Instant(12'000)}, {Instant(10'999), Instant(12'000)},
+  };
+  registration.lifetime = 1;
+  for (const FractionCase& row : cases) {
+    ASSERT_EQ(registry.Register(registration, row.start), Error::kOk);
+    EXPECT_THAT(FindAll(registry, MakeQuery("service:x"), row.start), ElementsAre(Found{kUrl, 1}));
+    EXPECT_EQ(registry.NextExpiry(), row.end);
+    registry.Expire(row.end - Instant(1));
+    EXPECT_THAT(FindAll(registry, MakeQuery("service:x"), row.end - Instant(1)), ElementsAre(Found{kUrl, 1}));
+    registry.Expire(row.end);
+    EXPECT_EQ(registry.size(), 0U) << row.start.count();
+  }
+}
+
+TEST_F(RegistryTest, TheLifetimeThatIsLeftIsRoundedUp) {
+  registration.lifetime = 5;
+  registry.Register(registration, Instant(10'950));
+  const std::pair<Instant, std::uint16_t> cases[] = {
+      {Instant(10'950), 5}, {Instant(11'999), 5}, {Instant(12'000), 4}, {Instant(15'999), 1}};
+  for (const auto& [now, left] : cases) {
+    EXPECT_THAT(FindAll(registry, MakeQuery("service:x"), now), ElementsAre(Found{kUrl, left}))
+        << now.count();
+  }
+}
+
 TEST_F(RegistryTest, NextExpiryIsTheEarliest) {
   registration.lifetime = 20;
   registry.Register(registration, kStart);

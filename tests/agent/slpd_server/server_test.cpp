@@ -149,6 +149,19 @@ TEST_F(ServerTest, AServiceGoesInTheSecondInWhichItsLifetimeEnds) {
   EXPECT_EQ(Registered(), 0U);
 }
 
+TEST_F(ServerTest, AServiceThatCameWithinASecondStaysForItsWholeLifetime) {
+  Start();
+  SetTime(100'900);
+  ASSERT_EQ(Register(Udp(), "service:x://late", 1), Error::kOk);
+  SetTime(101'000);
+  EXPECT_EQ(Registered(), 1U);
+  EXPECT_THAT(FindServices(Udp(), "service:x"), ElementsAre("service:x://late"));
+  SetTime(101'899);
+  EXPECT_EQ(Registered(), 1U);
+  SetTime(101'900);
+  EXPECT_EQ(Registered(), 0U);
+}
+
 TEST_F(ServerTest, TheTimerFollowsTheEarliestEnd) {
   const auto start = steady_clock::now();
   const auto elapsed = [&] { return std::chrono::duration_cast<milliseconds>(steady_clock::now() - start); };
