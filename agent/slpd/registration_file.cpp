@@ -221,17 +221,15 @@ std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& regist
   for (const FileRegistration& entry : ParseRegistrationFile(*text, file, settings.scopes, problems)) {
     const Registration& registration = entry.registration;
     const std::optional<RegistrationView> earlier = registry.Find(registration.url, registration.language);
-    if (earlier) {
-      problems.push_back({file, entry.line,
-                          earlier->source == RegistrationSource::kFile
-                              ? "registered twice: \"" + registration.url + "\""
-                              : "left to the program that registered it: \"" + registration.url + "\""});
-      continue;
-    }
-    if (registry.Register(registration, now) == Error::kOk) {
-      ++registered;
-    } else {
+    if (earlier && earlier->source == RegistrationSource::kFile) {
+      problems.push_back({file, entry.line, "registered twice: \"" + registration.url + "\""});
+    } else if (registry.Register(registration, now) != Error::kOk) {
       problems.push_back({file, entry.line, "no room for it in the registry"});
+    } else if (earlier) {
+      problems.push_back(
+          {file, entry.line, "left to the program that registered it: \"" + registration.url + "\""});
+    } else {
+      ++registered;
     }
   }
   return registered;

@@ -28,8 +28,9 @@ std::vector<FileRegistration> ParseRegistrationFile(std::string_view text, const
                                                     std::vector<PropertyProblem>& problems);
 
 /// Puts the entries of the file that `settings` name in the place of those of an earlier load. A URL that a
-/// program has registered itself in the same language is left to it. A file that cannot be read is a problem
-/// and changes nothing; when none is named the earlier entries go. Returns how many were registered.
+/// program has registered itself in the same language is left to it for as long as it has it registered. A
+/// file that cannot be read is a problem and changes nothing; when none is named the earlier entries go.
+/// Returns how many were registered.
 std::size_t LoadRegistrationFile(const AgentSettings& settings, Registry& registry, Instant now,
                                  std::vector<PropertyProblem>& problems);
 

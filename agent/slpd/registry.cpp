@@ -30,8 +30,9 @@ Registry::Registry(EventSink& events, Capacity capacity)
 Registry::~Registry() = default;
 
 // 1. Refuse what is malformed.
-// 2. The same texts again, as a renewal has them: only the lifetime starts anew.
-// 3. Otherwise the earlier registration of the URL in this language makes room for the new one.
+// 2. Message and file meet: the file's registration waits until the message's has left.
+// 3. The same texts again, as a renewal has them: only the lifetime starts anew.
+// 4. Otherwise the earlier registration of the URL in this language makes room for the new one.
 Error Registry::Register(const Registration& registration, Instant now) {
   Store& store = *store_;
   const Result<CheckedRegistration> checked = CheckRegistration(registration);
@@ -40,10 +41,19 @@ Error Registry::Register(const Registration& registration, Instant now) {
   }
 
   const EntryId earlier = store.services.FindVariant(registration.url, registration.language);
+  const bool from_message = registration.source == RegistrationSource::kMessage;
+  if (earlier != kNoEntry && !from_message &&
+      store.services[earlier].source == RegistrationSource::kMessage) {
+    store.Cover(registration, now);
+    return Error::kOk;
+  }
   if (earlier != kNoEntry) {
     const ServiceEntry& entry = store.services[earlier];
     if (entry.attributes() == registration.attributes && SameType(entry.group->type->type, checked->type) &&
         SameScopes(entry.group->scopes, checked->scopes)) {
+      if (from_message) {
+        store.CoverIfFromFile(earlier);
+      }
       store.services.Renew(earlier, registration, now);
       store.Tell(RegistrationEvent::kRenewed, earlier);
       return Error::kOk;
@@ -54,6 +64,9 @@ Error Registry::Register(const Registration& registration, Instant now) {
     return Error::kInternalError;
   }
   if (earlier != kNoEntry) {
+    if (from_message) {
+      store.CoverIfFromFile(earlier);
+    }
     store.services.Erase(earlier);
   }
   const EntryId id =
@@ -64,7 +77,8 @@ Error Registry::Register(const Registration& registration, Instant now) {
 
 // 1. Refuse what is malformed.
 // 2. There must be an earlier registration in this language, of the same type and in the same scopes.
-// 3. The new attributes replace those of the same tags; all others stay.
+// 3. The new attributes replace those of the same tags; all others stay. The file's registration as it was is
+// kept for later.
 Error Registry::Update(const Registration& registration, Instant now) {
   Store& store = *store_;
   const Result<CheckedRegistration> checked = CheckRegistration(registration);
@@ -93,6 +107,7 @@ Error Registry::Update(const Registration& registration, Instant now) {
   if (!store.HasRoom(updated, merged, earlier)) {
     return Error::kInternalError;
   }
+  store.CoverIfFromFile(earlier);
   store.services.ReplaceAttributes(earlier, merged);
   store.services.Renew(earlier, updated, now);
   store.Tell(RegistrationEvent::kUpdated, earlier);
@@ -153,6 +168,7 @@ void Registry::DropProcess(std::uint32_t process_id) {
 }
 
 void Registry::DropFileRegistrations() {
+  store_->covered.clear();
   const ServiceStore& services = store_->services;
   for (EntryId id = 0; id != services.end(); ++id) {
     if (services[id].group != nullptr && services[id].source == RegistrationSource::kFile) {

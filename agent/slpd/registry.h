@@ -55,6 +55,10 @@ class Registry {
   /// A fresh registration: takes the place of one of the same URL in the same language (RFC 2608
   /// section 8.3). kInvalidRegistration for a URL, type, language, lifetime or attribute list that is not
   /// one, kScopeNotSupported without a valid scope; nothing is stored then.
+  ///
+  /// What a message says goes before the registration file: a message's registration covers the file's one of
+  /// the same URL and language, whichever came first, and when it has left the file's one is there again,
+  /// with the rest of its own lifetime.
   Error Register(const Registration& registration, Instant now);
 
   /// An incremental registration (RFC 2608 section 9.3). kInvalidUpdate when nothing is registered under the
@@ -103,7 +107,7 @@ class Registry {
   /// Removes what was bound to this process.
   void DropProcess(std::uint32_t process_id);
 
-  /// Removes everything that came from the registration file.
+  /// Removes everything that came from the registration file, also what is covered.
   void DropFileRegistrations();
 
   /// The registration of `url` in `language`, none when there is none.

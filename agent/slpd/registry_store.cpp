@@ -2,15 +2,58 @@
 
 #include <utility>
 
+#include "slpd/registration_check.h"
+#include "text/fold.h"
+
 namespace slp {
+namespace {
+
+VariantKey KeyOf(std::string_view url, std::string_view language) {
+  return {std::string(url), Fold(language)};
+}
+
+}  // namespace
 
 void Registry::Store::Tell(RegistrationEvent event, EntryId id) const {
   events.OnRegistration(event, services[id].View());
 }
 
+void Registry::Store::Cover(const Registration& registration, Instant since) {
+  covered.insert_or_assign(KeyOf(registration.url, registration.language), Covered{registration, since});
+}
+
+void Registry::Store::CoverIfFromFile(EntryId id) {
+  const ServiceEntry& entry = services[id];
+  if (entry.source != RegistrationSource::kFile) {
+    return;
+  }
+  const Registration registration{.url = std::string(entry.url()),
+                                  .service_type = entry.group->type->text,
+                                  .language = entry.group->language,
+                                  .scopes = entry.group->scopes,
+                                  .attributes = std::string(entry.attributes()),
+                                  .lifetime = entry.lifetime,
+                                  .permanent = !entry.expiry.has_value(),
+                                  .process_id = 0,
+                                  .source = RegistrationSource::kFile};
+  Cover(registration, entry.expiry ? *entry.expiry - Seconds(entry.lifetime) : Instant(0));
+}
+
+// 1. Tell of it and erase it.
+// 2. What it covered is registered as it was; it has been checked when it came. One whose lifetime has ended
+// meanwhile leaves with the next expiry.
 void Registry::Store::Drop(RegistrationEvent event, EntryId id) {
   Tell(event, id);
+  auto waiting = covered.extract(KeyOf(services[id].url(), services[id].group->language));
   services.Erase(id);
+  if (!waiting) {
+    return;
+  }
+  const Registration& registration = waiting.mapped().registration;
+  if (const Result<CheckedRegistration> checked = CheckRegistration(registration)) {
+    Tell(RegistrationEvent::kRegistered, services.Insert(registration, checked->type, checked->scopes,
+                                                         checked->attributes, waiting.mapped().since));
+  }
 }
 
 bool Registry::Store::HasRoom(const Registration& registration, const AttributeList& attributes,

@@ -3,13 +3,18 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "slpd/registry.h"
 #include "slpd/service_store.h"
 
 namespace slp {
+
+/// A URL and, folded, a language.
+using VariantKey = std::pair<std::string, std::string>;
 
 struct Registry::Store {
   Store(EventSink& sink, Capacity limits) : events(sink), capacity(limits) {}
@@ -19,9 +24,22 @@ struct Registry::Store {
   ServiceStore services;
   std::uint64_t touched = 0;
 
+  /// A registration of the file that waits behind one of a message.
+  struct Covered {
+    Registration registration;
+    Instant since;  ///< its lifetime runs from then on
+  };
+  std::map<VariantKey, Covered> covered;
+
   void Tell(RegistrationEvent event, EntryId id) const;
 
-  /// Tells of it, then erases it.
+  /// Keeps `registration`, which is the file's, for when the one of a message is gone.
+  void Cover(const Registration& registration, Instant since);
+
+  /// The same for `id` when it is the file's: a message is about to take its place.
+  void CoverIfFromFile(EntryId id);
+
+  /// Tells of it, then erases it; what it covered takes its place.
   void Drop(RegistrationEvent event, EntryId id);
 
   /// Whether `registration` may be stored in the place of `earlier`, or as one more with kNoEntry.

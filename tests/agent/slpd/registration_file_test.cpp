@@ -198,6 +198,14 @@ TEST_F(LoadRegistrationFileTest, WhatAProgramRegisteredIsLeftToIt) {
                           settings.registration_file + ":6: registered twice: \"service:x://2\""));
 }
 
+TEST_F(LoadRegistrationFileTest, WhatWasLeftToAProgramComesWhenTheProgramsOneHasLeft) {
+  registry.Register(MakeRegistration("service:x://1", "service:x", "(a=live)"), Seconds(0));
+  Load("service:x://1,en,65535\na=file\n");
+  registry.Deregister("service:x://1", {"DEFAULT", "TAMRO"}, {});
+  EXPECT_EQ(registry.Find("service:x://1", "en")->attributes, "(a=file)");
+  EXPECT_THAT(Urls(Seconds(1'000'000)), ElementsAre("service:x://1"));
+}
+
 TEST_F(LoadRegistrationFileTest, AFileThatCannotBeReadChangesNothing) {
   Load("service:x://1,en,65535\n");
   const std::string missing = settings.registration_file + ".missing";
