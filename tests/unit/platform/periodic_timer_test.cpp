@@ -55,20 +55,29 @@ TEST(PeriodicTimer, TheFirstTickComesAfterOnePeriod) {
   EXPECT_EQ(ticks, 0);
 }
 
-TEST(PeriodicTimer, TicksGoOnWhileAnEarlierOneIsBusy) {
-  std::latch leave(1);
+/// What callbacks use that may still run when the test has ended.
+struct Outliving {
+  std::latch entered{1};
+  std::latch leave{1};
+  std::latch left{1};
   std::atomic<int> ticks = 0;
-  auto timer = SystemTimers().Start(1, {.tick = [&] { ++ticks; },
+  std::atomic<bool> first = true;
+  std::mutex mutex;
+  std::unique_ptr<PeriodicTimer> timer;
+};
+
+TEST(PeriodicTimer, TicksGoOnWhileAnEarlierOneIsBusy) {
+  const auto shared = std::make_shared<Outliving>();
+  auto timer = SystemTimers().Start(1, {.tick = [shared] { ++shared->ticks; },
                                         .after_tick =
-                                            [&] {
-                                              if (ticks == 1) {
-                                                leave.wait();
+                                            [shared] {
+                                              if (shared->first.exchange(false)) {
+                                                shared->leave.wait();
                                               }
                                             }});
   ASSERT_NE(timer, nullptr);
-  WaitUntil([&] { return ticks >= 5; });
-  leave.count_down();
-  timer.reset();
+  WaitUntil([&] { return shared->ticks >= 5; });
+  shared->leave.count_down();
 }
 
 // What deleting waits for, and what not: on the system's timers, and on those that tests drive.
@@ -116,47 +125,39 @@ TEST_P(TimerDeletion, WaitsForARunningTick) {
 }
 
 TEST_P(TimerDeletion, DoesNotWaitForWhatFollowsATick) {
-  std::latch after_tick(1);
-  std::latch leave(1);
-  std::latch left(1);
-  std::atomic<bool> first = true;
+  const auto shared = std::make_shared<Outliving>();
   auto timer = Start({.tick = [] {},
                       .after_tick =
-                          [&] {
-                            if (first.exchange(false)) {
-                              after_tick.count_down();
-                              leave.wait();
-                              left.count_down();
+                          [shared] {
+                            if (shared->first.exchange(false)) {
+                              shared->entered.count_down();
+                              shared->leave.wait();
+                              shared->left.count_down();
                             }
                           }});
-  after_tick.wait();
+  shared->entered.wait();
   timer.reset();
-  leave.count_down();
-  left.wait();
+  shared->leave.count_down();
+  shared->left.wait();
 }
 
 TEST_P(TimerDeletion, FromWithinTheTimersThreadWaitsForNothing) {
   for (const bool in_tick : {true, false}) {
-    std::mutex mutex;
-    std::unique_ptr<PeriodicTimer> timer;
-    std::latch deleted(1);
-    std::atomic<bool> first = true;
-    const auto once = [&] {
-      if (first.exchange(false)) {
-        const std::lock_guard guard(mutex);
-        timer.reset();
-        deleted.count_down();
+    const auto shared = std::make_shared<Outliving>();
+    const auto once = [shared] {
+      if (shared->first.exchange(false)) {
+        const std::lock_guard guard(shared->mutex);
+        shared->timer.reset();
+        shared->left.count_down();
       }
     };
     {
-      const std::lock_guard guard(mutex);
-      timer = Start({.tick = [&, in_tick] { in_tick ? once() : void(); },
-                     .after_tick = [&, in_tick] { in_tick ? void() : once(); }});
+      const std::lock_guard guard(shared->mutex);
+      shared->timer = Start(
+          {.tick = [=] { in_tick ? once() : void(); }, .after_tick = [=] { in_tick ? void() : once(); }});
     }
-    deleted.wait();
-    // Both run on: the objects that they use stay until no thread is inside.
+    shared->left.wait();
     ticking_ = std::jthread();
-    std::this_thread::sleep_for(kGrace);
   }
 }
 

@@ -33,7 +33,7 @@ const std::vector<Row> kRows{
     {SLP_NOT_IMPLEMENTED, SResult::ERR_UNKNOWN, SResult::ERR_UNKNOWN},
     {SLP_LANGUAGE_NOT_SUPPORTED, SResult::ERR_UNKNOWN, SResult::ERR_UNKNOWN},
     {SLP_LAST_CALL, SResult::ERR_UNKNOWN, SResult::ERR_UNKNOWN},
-    {static_cast<SLPError>(-99), SResult::ERR_UNKNOWN, SResult::ERR_UNKNOWN},
+    {static_cast<SLPError>(-30), SResult::ERR_UNKNOWN, SResult::ERR_UNKNOWN},
 };
 
 SResult Expected(SResult::EError error, const char* call) {
