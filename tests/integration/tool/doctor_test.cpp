@@ -58,9 +58,13 @@ TEST_F(ToolDoctor, TellsHowToStartTheDaemon) {
 }
 
 TEST_F(ToolDoctor, TellsOfPropertiesAndDeviations) {
-  folder_.Write("slp.conf", "net.slp.MTU = many\nnet.slp.traceMsg = true\n");
+  folder_.Write("slp.conf", "net.slp.DAHeartBeat = 100\nnet.slp.traceMsg = true\n");
   const ProgramRun run = RunTool({"doctor"});
   EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.output, HasSubstr("Directory agent heart beat is too small (must be at least 2000): 100."));
+  EXPECT_THAT(run.output, HasSubstr("\n         advice: Correct the value in the configuration file; until "
+                                    "then the default counts.\n"));
+  EXPECT_THAT(run.output, Not(HasSubstr("ok       properties readable")));
   EXPECT_THAT(run.output, HasSubstr("problem  settings as required: Logging of verbose message tracing is "
                                     "enabled (should be disabled).\n"
                                     "         advice: Change it: kelsd config set net.slp.traceMsg=VALUE\n"));

@@ -42,12 +42,15 @@ TEST_F(ToolServiceConfig, GetsOneSetting) {
   EXPECT_EQ(other.error, "kelsd: 'maxResults' is no setting of the service configuration\n");
 }
 
-TEST_F(ToolServiceConfig, SetsEveryKindOfValue) {
+TEST_F(ToolServiceConfig, SetsEveryKindOfValueAndRestartsTheDaemon) {
+  ASSERT_EQ(RunTool({"slpd", "start"}).status, 0);
+  const auto before = DaemonPid();
   const ProgramRun run =
       RunTool({"config", "set", "useScopes=DEFAULT,Lab", "net.slp.DAHeartBeat=9000",
                "unicastTimeouts=300,600", "traceReg=true", "broadcastAddr=127.255.255.255"});
   EXPECT_EQ(run.status, 0) << run.error;
   EXPECT_EQ(run.output, "Set.\n");
+  EXPECT_NE(DaemonPid(), before);
   EXPECT_EQ(RunTool({"config", "get", "useScopes"}).output, "DEFAULT, LAB\n");
   EXPECT_EQ(RunTool({"config", "get", "DAHeartBeat"}).output, "9000\n");
   EXPECT_EQ(RunTool({"config", "get", "unicastTimeouts"}).output, "300, 600\n");

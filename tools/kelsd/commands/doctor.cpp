@@ -79,7 +79,8 @@ void CheckSettings(Findings& findings) {
   }
   findings.push_back({"configuration file used", true, "", ""});
   for (const SResult& problem : unread) {
-    findings.push_back(Problem("properties readable", problem));
+    findings.push_back(
+        {"properties readable", false, problem.ToString(), HintFor(SResult::ERR_PROPERTY_PARSE)});
   }
   if (unread.empty()) {
     findings.push_back({"properties readable", true, "", ""});
