@@ -122,6 +122,8 @@ const bool kUnicastSocketHearsGroup = false;
 asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& local, int ttl) {
   return InOrder([&] { return Open(socket, local.protocol()); },
                  [&] { return Exclusive(socket.native_handle()); },
+                 // Bound to every address it would hear the groups that other processes of the host joined.
+                 [&] { return OwnMembershipsOnly(socket.native_handle()); },
                  [&] { return SendGroupsBy(socket, local.address()); },
                  [&] { return SetOption(socket, asio::ip::multicast::hops(ttl)); },
                  [&] { return SetOption(socket, asio::socket_base::broadcast(true)); },
