@@ -99,7 +99,7 @@ class ManyThreads : public ServiceTest {
   static SResult ConfigureDaemon() {
     CKelSLPServiceConfig config;
     std::vector<SResult> errors;
-    const SResult result = CKelSLPService::GetSLPServiceConfig(config, errors);
+    SResult result = CKelSLPService::GetSLPServiceConfig(config, errors);
     if (result.IsNotOk()) {
       return result;
     }
