@@ -7,9 +7,7 @@ install(TARGETS KelServiceDiscovery kelsd_interface EXPORT KelServiceDiscovery
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY include/kelsd DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(TARGETS kelsd RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-if(TARGET slpd)
-  install(TARGETS slpd RUNTIME DESTINATION ${CMAKE_INSTALL_SBINDIR})
-endif()
+install(TARGETS slpd RUNTIME DESTINATION ${CMAKE_INSTALL_SBINDIR})
 
 # The agent's client half as an SLP library for programs that know the C API alone.
 install(TARGETS slp
