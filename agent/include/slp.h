@@ -1,8 +1,8 @@
 /* The SLP C API (RFC 2614 section 4) and its extensions.
  *
- * A handle serves one call at a time: a call on a handle whose request is under way, from its own callback or from
- * another thread, returns SLP_HANDLE_IN_USE. Different handles may be used on different threads at once. Every call
- * is synchronous: callbacks run on the calling thread before the call returns.
+ * A handle serves one call at a time: a call on a handle whose request is under way, from its own callback or
+ * from another thread, returns SLP_HANDLE_IN_USE. Different handles may be used on different threads at once.
+ * Every call is synchronous: callbacks run on the calling thread before the call returns.
  */
 #ifndef SLP_H
 #define SLP_H
@@ -79,8 +79,8 @@ typedef SLPBoolean SLPCALLBACK SLPSrvURLCallback(SLPHandle hSLP, const char* pcS
 typedef SLPBoolean SLPCALLBACK SLPAttrCallback(SLPHandle hSLP, const char* pcAttrList, SLPError errCode,
                                                void* pvCookie);
 
-/* Opens a handle for requests in the language `pcLang` (null or empty: net.slp.locale). `isAsync` must be SLP_FALSE,
- * else SLP_NOT_IMPLEMENTED. The first handle loads the properties. */
+/* Opens a handle for requests in the language `pcLang` (null or empty: net.slp.locale). `isAsync` must be
+ * SLP_FALSE, else SLP_NOT_IMPLEMENTED. The first handle loads the properties. */
 SLPEXP SLPError SLPEXP_CALL SLPOpen(const char* pcLang, SLPBoolean isAsync, SLPHandle* phSLP);
 
 /* Releases the handle. A handle that is null, foreign or in use is left alone. Closing the last one drops the
@@ -93,8 +93,8 @@ SLPEXP SLPError SLPEXP_CALL SLPAssociateIP(SLPHandle hSLP, const char* ip);
 /* Later multicast requests on the handle leave by these interface addresses (comma-separated) only. */
 SLPEXP SLPError SLPEXP_CALL SLPAssociateIFList(SLPHandle hSLP, const char* list);
 
-/* Registers a service with the daemon of this host, in the scopes of net.slp.useScopes (RFC 2614 section 4.5.1).
- * `pcSrvType` may be null or empty: the type is taken from the URL. */
+/* Registers a service with the daemon of this host, in the scopes of net.slp.useScopes (RFC 2614
+ * section 4.5.1). `pcSrvType` may be null or empty: the type is taken from the URL. */
 SLPEXP SLPError SLPEXP_CALL SLPReg(SLPHandle hSLP, const char* pcSrvURL, unsigned short usLifetime,
                                    const char* pcSrvType, const char* pcAttrs, SLPBoolean fresh,
                                    SLPRegReport callback, void* pvCookie);
@@ -139,8 +139,8 @@ SLPEXP void SLPEXP_CALL SLPFree(void* pvMem);
  * dropped, from any thread. */
 SLPEXP const char* SLPEXP_CALL SLPGetProperty(const char* pcName);
 
-/* Sets a property for this process until the properties are dropped; null or an empty text takes the process's own
- * value back. */
+/* Sets a property for this process until the properties are dropped; null or an empty text takes the
+ * process's own value back. */
 SLPEXP void SLPEXP_CALL SLPSetProperty(const char* pcName, const char* pcValue);
 
 /* Names the application's property file; only before the first initialisation. */

@@ -21,8 +21,7 @@ void WaitUntilReady(std::span<AwaitedSocket> sockets, std::chrono::milliseconds 
     FD_SET(awaited.socket, &failed);
   }
   const auto milliseconds = std::max<std::chrono::milliseconds::rep>(limit.count(), 0);
-  timeval timeout{static_cast<long>(milliseconds / 1000),
-                        static_cast<long>(milliseconds % 1000 * 1000)};
+  timeval timeout{static_cast<long>(milliseconds / 1000), static_cast<long>(milliseconds % 1000 * 1000)};
   const bool any = ::select(0, &readable, &writable, &failed, &timeout) > 0;
   for (AwaitedSocket& awaited : sockets) {
     awaited.ready =
