@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "slp.h"
+#include "support/free_port.h"
 #include "support/slp_peer/slp_peer.h"
 
 namespace slp::support {

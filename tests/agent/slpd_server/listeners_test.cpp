@@ -10,12 +10,14 @@
 
 #include "agent/slpd_server/bytes.h"
 #include "agent/slpd_server/client.h"
-#include "agent/slpd_server/free_port.h"
 #include "agent/slpd_server/loop_thread.h"
 #include "net/addresses.h"
+#include "support/free_port.h"
 
 namespace slp {
 namespace {
+
+using support::FreePort;
 
 using asio::ip::make_address;
 using std::chrono::milliseconds;

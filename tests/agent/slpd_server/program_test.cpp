@@ -9,6 +9,7 @@
 
 #include "agent/slpd_server/client.h"
 #include "agent/slpd_server/temporary_folder.h"
+#include "support/free_port.h"
 #include "support/slpd_process/slpd_process.h"
 
 namespace slp {

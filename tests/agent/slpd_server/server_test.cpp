@@ -10,13 +10,15 @@
 
 #include "agent/slpd_server/bytes.h"
 #include "agent/slpd_server/client.h"
-#include "agent/slpd_server/free_port.h"
 #include "agent/slpd_server/loop_thread.h"
 #include "agent/slpd_server/temporary_folder.h"
 #include "net/addresses.h"
+#include "support/free_port.h"
 
 namespace slp {
 namespace {
+
+using support::FreePort;
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;

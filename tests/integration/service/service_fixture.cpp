@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "platform/posix/pid_file_probe.h"
+#include "support/free_port.h"
 #include "support/slp_peer/slp_peer.h"
 
 namespace kelsd::integration {

@@ -6,6 +6,7 @@
 
 #include "integration/tool/own_daemon_fixture.h"
 #include "integration/tool/tool_fixture.h"
+#include "support/free_port.h"
 #include "support/slpd_process/slpd_process.h"
 
 namespace kelsd::integration {

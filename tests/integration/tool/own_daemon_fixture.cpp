@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "integration/tool/tool_fixture.h"
+#include "support/free_port.h"
 #include "support/slpd_process/slpd_process.h"
 
 namespace kelsd::integration {

@@ -16,6 +16,7 @@
 #include "net/addresses.h"
 #include "net/listen_sockets.h"
 #include "net/native_socket.h"
+#include "support/free_port.h"
 #include "wire/codec.h"
 
 namespace slp::support {
@@ -267,20 +268,6 @@ std::uint16_t SlpPeer::port() const {
 
 std::vector<PeerRequest> SlpPeer::requests() const {
   return loop_->requests();
-}
-
-std::uint16_t FreePort(const std::string& address) {
-  asio::io_context context;
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    const auto local = asio::ip::make_address_v4(address);
-    udp::socket datagrams(context, udp::endpoint(local, 0));
-    const std::uint16_t port = datagrams.local_endpoint().port();
-    tcp::acceptor streams(context);
-    if (!OpenAcceptor(streams, {local, port})) {
-      return port;
-    }
-  }
-  throw std::runtime_error("scripted peer: no free port");
 }
 
 Message ReplyTo(const PeerRequest& request, Body body) {

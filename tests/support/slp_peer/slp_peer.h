@@ -64,9 +64,6 @@ class SlpPeer {
   std::unique_ptr<Loop> loop_;
 };
 
-/// A port that is free for datagrams and streams on `address` at the time of the call.
-std::uint16_t FreePort(const std::string& address = "127.0.0.1");
-
 /// `body` as the reply to `request`: same XID, same language.
 Message ReplyTo(const PeerRequest& request, Body body);
 

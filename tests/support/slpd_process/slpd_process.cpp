@@ -7,15 +7,14 @@
 #include <unistd.h>
 
 #include <array>
-#include <asio/io_context.hpp>
-#include <asio/ip/tcp.hpp>
-#include <asio/ip/udp.hpp>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <stdexcept>
 #include <thread>
+
+#include "support/free_port.h"
 
 extern char** environ;
 
@@ -64,21 +63,6 @@ std::string NewFolder() {
 }
 
 }  // namespace
-
-std::uint16_t FreePort(const std::string& address) {
-  asio::io_context io;
-  const auto ip = asio::ip::make_address(address);
-  for (;;) {
-    const asio::ip::tcp::acceptor stream(io, {ip, 0}, false);
-    const std::uint16_t port = stream.local_endpoint().port();
-    asio::ip::udp::socket datagrams(io, asio::ip::udp::v4());
-    asio::error_code error;
-    datagrams.bind({ip, port}, error);
-    if (!error) {
-      return port;
-    }
-  }
-}
 
 SlpdProcess::SlpdProcess(const SlpdOptions& options) : options_(options), folder_(options.folder) {
   if (folder_.empty()) {

@@ -10,9 +10,6 @@
 
 namespace slp::support {
 
-/// A port of `address` that nobody uses at the moment, neither for UDP nor for TCP.
-std::uint16_t FreePort(const std::string& address = "127.0.0.1");
-
 struct SlpdOptions {
   std::string address = "127.0.0.1";        ///< net.slp.interfaces, of the loopback network
   std::string configuration = {};           ///< further lines of the configuration file
