@@ -3,9 +3,9 @@
 # What it takes to build the library, the daemon and the tool.
 build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev)
 
-# What the tests need besides: GoogleTest (its sources serve the cross build), the Windows cross compiler,
-# network namespaces, and the checker of the source style.
-test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix binutils iproute2 clang-format)
+# What the tests need besides: GoogleTest (its sources serve the cross build), the Windows cross compiler, a lister of
+# exported symbols and the checker of the source style.
+test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix binutils clang-format)
 
 # What the sanitizer and lint runs need besides.
 lint_packages=(clang-tidy)
@@ -18,7 +18,7 @@ need_packages() {
   done
   [ ${#missing[@]} -eq 0 ] && return 0
 
-  local as_root=()
+  local as_root=(env)
   if [ "$(id -u)" -ne 0 ]; then
     if ! command -v sudo >/dev/null || ! sudo -n true 2>/dev/null; then
       if ! { command -v sudo >/dev/null && [ -t 0 ]; }; then
@@ -27,13 +27,13 @@ need_packages() {
         return 1
       fi
     fi
-    as_root=(sudo)
+    as_root=(sudo env)
   fi
   echo "Installing: ${missing[*]}"
   local log
   log=$(mktemp)
   if ! { "${as_root[@]}" apt-get update -qq &&
-    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"; } \
+    "${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"; } \
     >"$log" 2>&1; then
     tail -n 20 "$log" >&2
     rm -f "$log"

@@ -48,7 +48,7 @@ std::string SlpdProgram() {
   const std::string folder = LibraryFolder();
   // A multi-architecture library folder lies one level deeper than a plain one.
   for (const char* place : {"/../sbin/slpd", "/../../sbin/slpd", "/../bin/slpd", "/slpd"}) {
-    const std::string program = folder + place;
+    std::string program = folder + place;
     if (access(program.c_str(), X_OK) == 0) {
       return program;
     }
