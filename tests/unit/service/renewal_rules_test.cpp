@@ -61,5 +61,13 @@ TEST(RenewalRules, RenewsWhatIsNotYoungerThanTheDaemon) {
   EXPECT_TRUE(IsRenewalDue(60, kLast, kLast + 1, kLast + 1, 6000));
 }
 
+TEST(RenewalRules, RenewsAfterTheClockWasSetBack) {
+  constexpr std::int64_t kLast = 1000;
+  constexpr std::int64_t kSlpdStart = 500;
+  EXPECT_FALSE(IsRenewalDue(60, kLast, kSlpdStart, kLast, 6000));
+  EXPECT_TRUE(IsRenewalDue(60, kLast, kSlpdStart, kLast - 1, 6000));
+  EXPECT_TRUE(IsRenewalDue(60, kLast, kSlpdStart, kSlpdStart - 1, 6000));
+}
+
 }  // namespace
 }  // namespace kelsd
