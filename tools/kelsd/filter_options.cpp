@@ -12,10 +12,12 @@ void FilterOptions::AddTo(CLI::App& verb) {
       ->group("Narrowing");
   verb.add_option("--ip", ips, "services whose x-ip-addresses hold this address (several: any of them)")
       ->type_name("ADDRESS")
+      ->allow_extra_args(false)
       ->group("Narrowing");
   verb.add_option("--ns", ns_names,
                   "services at this naming service, by x-server-ns-name (several: any of them)")
       ->type_name("NAME")
+      ->allow_extra_args(false)
       ->group("Narrowing");
   verb.add_option("--server-name", server_name, "services with this x-server-name; goes with --ip or --ns")
       ->type_name("NAME")

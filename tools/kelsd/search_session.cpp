@@ -21,7 +21,8 @@ void SearchSession::AddSearchOptions(CLI::App& verb) {
   verb.add_option("--timeout", timeout_, "longest wait of the whole search in milliseconds (at least 1252)")
       ->type_name("MS");
   verb.add_option("--interface", interfaces_, "send from this address of the host only (may be repeated)")
-      ->type_name("ADDRESS");
+      ->type_name("ADDRESS")
+      ->allow_extra_args(false);
   AddCommonOptions(verb);
 }
 

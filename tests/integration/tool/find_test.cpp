@@ -72,6 +72,14 @@ TEST_F(ToolFind, NarrowsByWhatTheServiceShallMatch) {
   EXPECT_EQ(Urls({"zdrest", "--ns", "ns1", "--ns", "ns2", "--server-name", "srv2"}), second);
 }
 
+TEST_F(ToolFind, TakesTheTypeBehindEveryRepeatableOption) {
+  const std::vector<std::string> first = {kServer1};
+  EXPECT_EQ(Urls({"--scope", "tamro", "--ip", "10.0.0.2", "zdrest"}), first);
+  EXPECT_EQ(Urls({"--ip", "10.0.0.2", "zdrest"}), first);
+  EXPECT_EQ(Urls({"--ns", "ns1", "zdrest"}), first);
+  EXPECT_EQ(Urls({"--ns", "ns1", "--interface", "127.0.0.1", "zdrest"}), first);
+}
+
 TEST_F(ToolFind, ExitsWith1WhenThereIsNothing) {
   const ProgramRun run = Run({"find", "zdrest", "--ns", "nowhere", "--address", "127.0.0.1"});
   EXPECT_EQ(run.status, 1);

@@ -51,6 +51,14 @@ TEST_F(ToolAttributes, ReadsOnlyTheTagsAskedFor) {
             (json{{"x-version", "4.2"}, {"x-server-ns-port", 8081}}));
 }
 
+TEST_F(ToolAttributes, TakesTheUrlBehindEveryRepeatableOption) {
+  EXPECT_EQ(RunForJson({"attributes", "--address", "127.0.0.1", "--tag", "x-version", kServer})["attributes"],
+            (json{{"x-version", "4.2"}}));
+  EXPECT_EQ(RunForJson({"attributes", "--address", "127.0.0.1", "--tag", "x-version", "--scope", "tamro",
+                        kServer})["attributes"],
+            (json{{"x-version", "4.2"}}));
+}
+
 TEST_F(ToolAttributes, ExitsWith1WhenThereIsNothing) {
   const ProgramRun run =
       Run({"attributes", "service:zdrest.tamro:http://127.0.0.1:1", "--address", "127.0.0.1"});

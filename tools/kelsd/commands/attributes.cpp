@@ -127,12 +127,14 @@ void AddAttributes(CLI::App& app, Console& console, ExitStatus& status) {
   verb->add_option(
           "--tag", options->tags,
           "attribute to read, may be repeated (default: all that the type carries, or all there are)")
-      ->type_name("T");
+      ->type_name("T")
+      ->allow_extra_args(false);
   verb->add_option(
           "--scope", options->scopes,
           "scope of the service, may be repeated (default: the family's scope for its own types, else the "
           "configured scopes)")
-      ->type_name("S");
+      ->type_name("S")
+      ->allow_extra_args(false);
   verb->add_option("--address", options->address, "ask this one host by unicast instead of the whole network")
       ->type_name("A");
   options->session.AddSearchOptions(*verb);

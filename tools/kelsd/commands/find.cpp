@@ -100,7 +100,8 @@ void AddFind(CLI::App& app, Console& console, ExitStatus& status) {
           "--scope", options->scopes,
           "scope to search, may be repeated (default: the family's scope for its own types, else the "
           "configured scopes)")
-      ->type_name("S");
+      ->type_name("S")
+      ->allow_extra_args(false);
   verb->add_option("--address", options->address, "ask this one host by unicast instead of the whole network")
       ->type_name("A");
   options->filter.AddTo(*verb);
