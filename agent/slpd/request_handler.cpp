@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "slpd/request_context.h"
 #include "text/language.h"
@@ -33,10 +34,14 @@ std::size_t ReplyLimit(std::size_t request_size, const RequestOrigin& origin, st
 }
 
 /// Whether a previous responder list names this agent; entries that are no addresses match none (RFC 2608
-/// section 8.1).
-bool NamesThisAgent(const std::string& previous_responders, const AgentSettings& settings) {
-  return !previous_responders.empty() &&
-         ListsIntersect(SplitStringList(previous_responders), settings.own_addresses);
+/// section 8.1). A loopback address from another host means that host and not this one.
+bool NamesThisAgent(const std::string& previous_responders, const AgentSettings& settings,
+                    const RequestOrigin& origin) {
+  std::vector<std::string> named = SplitStringList(previous_responders);
+  if (!origin.own_host) {
+    std::erase_if(named, [](const std::string& address) { return address.starts_with("127."); });
+  }
+  return ListsIntersect(named, settings.own_addresses);
 }
 
 struct PreviousResponders {
@@ -139,7 +144,7 @@ std::optional<Bytes> RequestHandler::Handle(std::span<const std::uint8_t> reques
     events_.OnMessageIn(*message, origin);
     reply.header.language = message->header.language;
     const std::string* previous_responders = std::visit(PreviousResponders{}, message->body);
-    if (previous_responders != nullptr && NamesThisAgent(*previous_responders, settings_)) {
+    if (previous_responders != nullptr && NamesThisAgent(*previous_responders, settings_, origin)) {
       return drop("answered before: this agent is a previous responder");
     }
     if (IsValidLanguageTag(message->header.language)) {

@@ -186,7 +186,7 @@ TEST(RequestHandlerTest, APreviousResponderIsSilent) {
   const ResponderCase cases[] = {
       {"", true},
       {"10.0.0.1", false},
-      {"10.0.0.9, 127.0.0.1 ,10.0.0.8", false},
+      {"10.0.0.9, 10.0.0.1 ,10.0.0.8", false},
       {"10.0.0.9,10.0.0.11", true},
       {"not an address,,10.0.0.1", false},
       {"10.0.0.1.5", true},
@@ -203,6 +203,31 @@ TEST(RequestHandlerTest, APreviousResponderIsSilent) {
       EXPECT_EQ(daemon.Ask(body, kGroupMember).has_value(), row.answered) << row.list;
       EXPECT_EQ(daemon.Ask(body, kNeighbour).has_value(), row.answered) << row.list;
     }
+  }
+}
+
+TEST(RequestHandlerTest, ALoopbackAddressNamesOnlyTheAgentOfTheSendersHost) {
+  struct Row {
+    const char* list;
+    bool answered_on_own_host;
+    bool answered_elsewhere;
+  };
+  const Row rows[] = {
+      {"127.0.0.1", false, true},
+      {"10.0.0.9, 127.0.0.1 ,10.0.0.8", false, true},
+      {"127.0.0.1,10.0.0.1", false, false},
+      {"127.0.0.2", true, true},
+  };
+  const RequestOrigin own_by_group{"10.0.0.1", true, true, Transport::kUdpMulticast, "10.0.0.1"};
+  for (const Row& row : rows) {
+    DaemonLogic daemon;
+    daemon.Register(MakeSrvReg("service:x://1", "service:x"));
+    SrvRqst request = MakeSrvRqst("service:x");
+    request.previous_responders = row.list;
+    EXPECT_EQ(daemon.Ask(request, kOwnHost).has_value(), row.answered_on_own_host) << row.list;
+    EXPECT_EQ(daemon.Ask(request, own_by_group).has_value(), row.answered_on_own_host) << row.list;
+    EXPECT_EQ(daemon.Ask(request, kGroupMember).has_value(), row.answered_elsewhere) << row.list;
+    EXPECT_EQ(daemon.Ask(request, kNeighbour).has_value(), row.answered_elsewhere) << row.list;
   }
 }
 
