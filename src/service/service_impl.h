@@ -135,7 +135,7 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
   SResult ValidateOrReInitialize(const std::function<SResult()>& reinitialize);
 
   // Renewal.
-  void StartTimer();
+  void StartTimer() noexcept;
   void TimerTick();
 
   // Control of the daemon; the caller holds m_serviceLock.

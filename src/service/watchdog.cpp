@@ -40,11 +40,15 @@ void CKelSLPServiceImpl::SetReRegistrationFailedCallback(std::function<void(std:
 }
 
 // Without a timer nothing is renewed until the next registration tries again.
-void CKelSLPServiceImpl::StartTimer() {
-  if (m_timer == nullptr) {
+void CKelSLPServiceImpl::StartTimer() noexcept {
+  if (m_timer != nullptr) {
+    return;
+  }
+  try {
     m_timer = m_platform.timers.Start(
         static_cast<std::uint32_t>(m_checkIntervalMs),
         {.tick = [this] { TimerTick(); }, .after_tick = [reports = m_reports] { reports->Deliver(); }});
+  } catch (...) {  // NOLINT(bugprone-empty-catch): as without a timer; what called for it is done already
   }
 }
 

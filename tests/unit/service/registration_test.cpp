@@ -321,6 +321,7 @@ TEST_F(Registration, TurnsExceptionsIntoResultsAndUndoesEverything) {
 TEST_F(Registration, SurvivesEveryFailedAllocation) {
   const std::map<std::string, std::string> attributes{{"x-a", "a long value of an attribute, to be escaped"}};
   const std::vector<std::string> scopes{"default"};
+  auto before = agent.GetRegisteredServices();
   FailEachAllocation(
       [&] { return agent.RegisterService(kUrl, 60, attributes, scopes); },
       [&](const SResult& result) {
@@ -332,6 +333,15 @@ TEST_F(Registration, SurvivesEveryFailedAllocation) {
         // An initialisation that failed for want of memory, too, is made up for by the next one.
         EXPECT_THAT(CKelSLPImpl::Initialize(), SameResult(kSuccess));
         EXPECT_EQ(scripted_slp::OpenHandles(), 1);
+        auto after = agent.GetRegisteredServices();
+        if (result.IsOk()) {
+          EXPECT_EQ(after.count(kUrl), 1U);
+        } else {
+          EXPECT_EQ(after, before);
+        }
+        before = std::move(after);
+        // Each registration has a time of its own.
+        clock.AdvanceSeconds(1);
       });
   EXPECT_THAT(Register(), SameResult(kSuccess));
 }
