@@ -1,6 +1,6 @@
 // 1. Open one socket for each interface.
 // 2. For each of net.slp.multicastTimeouts: send the request, with everyone who has answered named in it, by
-//    all interfaces, and listen for that long.
+//    all interfaces, and listen for that long. Loopback addresses are named on loopback interfaces only.
 // 3. A reply counts once for each sender, and only when it carries the request's XID. One that has been cut
 //    is handed over as far as it goes, and fetched again in full from that sender by TCP.
 // 4. Stop when two rounds in a row brought nobody new, when the request with its list of responders no longer
@@ -32,6 +32,12 @@ constexpr int kDatagramsPerLook = 64;
 /// No network has so many agents; whoever invents senders cannot make a search hold more of them.
 constexpr std::size_t kMostSenders = 4096;
 
+/// One interface that requests leave by.
+struct Outlet {
+  DatagramSocket socket;
+  bool loopback = false;
+};
+
 class Convergence {
  public:
   Convergence(const Message& request, const RequestContext& context, const ReplySink& sink)
@@ -44,17 +50,18 @@ class Convergence {
         deadline_(context.environment.clock, settings_.multicast.maximum) {}
 
   SLPError Run() {
-    OpenSockets();
-    if (sockets_.empty()) {
+    OpenOutlets();
+    if (outlets_.empty()) {
       return SLP_NETWORK_INIT_FAILED;
     }
     int quiet_rounds = 0;
     for (const auto wait : settings_.multicast.tries) {
-      const Result<Bytes> encoded = Encode(AsMulticast(request_, responders_));
-      if (!encoded || encoded.value().size() > settings_.mtu) {
+      const Result<Bytes> within_host = Encode(AsMulticast(request_, responders_));
+      const Result<Bytes> beyond_host = Encode(AsMulticast(request_, WithoutLoopback(responders_)));
+      if (!within_host || !beyond_host || within_host.value().size() > settings_.mtu) {
         return responders_.empty() ? SLP_BUFFER_OVERFLOW : SLP_OK;
       }
-      if (!SendByAll(encoded.value())) {
+      if (!SendByAll(within_host.value(), beyond_host.value())) {
         return senders_.empty() ? SLP_NETWORK_ERROR : SLP_OK;
       }
       const std::size_t known = senders_.size();
@@ -68,7 +75,7 @@ class Convergence {
   }
 
  private:
-  void OpenSockets() {
+  void OpenOutlets() {
     const std::vector<std::string>& names =
         context_.handle.interfaces.empty() ? settings_.interfaces : context_.handle.interfaces;
     for (const Interface& interface : SelectInterfaces(EnumerateInterfaces(), names).interfaces) {
@@ -77,16 +84,16 @@ class Convergence {
               ? DatagramSocket::ForBroadcast(io_, interface.address)
               : DatagramSocket::ForMulticast(io_, interface.address, settings_.multicast_ttl);
       if (socket) {
-        sockets_.push_back(std::move(*socket));
+        outlets_.push_back({std::move(*socket), interface.loopback});
       }
     }
   }
 
   /// Whether at least one interface took the request.
-  bool SendByAll(const Bytes& encoded) {
+  bool SendByAll(const Bytes& within_host, const Bytes& beyond_host) {
     bool sent = false;
-    for (DatagramSocket& socket : sockets_) {
-      sent = socket.SendTo(encoded, destination_) || sent;
+    for (Outlet& outlet : outlets_) {
+      sent = outlet.socket.SendTo(outlet.loopback ? within_host : beyond_host, destination_) || sent;
     }
     return sent;
   }
@@ -95,12 +102,12 @@ class Convergence {
     // Once more after the end: a fetch by TCP may have used up the time while replies lay in the sockets.
     do {
       std::vector<AwaitedSocket> awaited;
-      for (DatagramSocket& socket : sockets_) {
-        awaited.push_back({.socket = socket.native_handle()});
+      for (Outlet& outlet : outlets_) {
+        awaited.push_back({.socket = outlet.socket.native_handle()});
       }
       WaitUntilReady(awaited, end.Remaining());
-      std::erase_if(sockets_, [this](DatagramSocket& socket) { return !TakeDatagrams(socket); });
-    } while (wanted_ && !sockets_.empty() && !end.Passed());
+      std::erase_if(outlets_, [this](Outlet& outlet) { return !TakeDatagrams(outlet.socket); });
+    } while (wanted_ && !outlets_.empty() && !end.Passed());
   }
 
   /// False when the socket is of no use any more.
@@ -167,7 +174,7 @@ class Convergence {
   const asio::ip::udp::endpoint destination_;
   const Deadline deadline_;
   asio::io_context io_;
-  std::vector<DatagramSocket> sockets_;
+  std::vector<Outlet> outlets_;
   std::set<asio::ip::udp::endpoint> senders_;
   std::vector<std::string> responders_;
   bool wanted_ = true;

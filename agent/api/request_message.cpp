@@ -58,6 +58,11 @@ Message AsMulticast(Message request, const std::vector<std::string>& responders)
   return request;
 }
 
+std::vector<std::string> WithoutLoopback(std::vector<std::string> responders) {
+  std::erase_if(responders, [](const std::string& address) { return address.starts_with("127."); });
+  return responders;
+}
+
 std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Message& request) {
   Result<Message> reply = Decode(bytes);
   if (!reply || reply->header.xid != request.header.xid || reply->function() != ExpectedReply(request)) {

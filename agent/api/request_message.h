@@ -18,6 +18,9 @@ Message NewRequest(const RequestContext& context, Body body);
 /// `request` as it is multicast: flagged, and with those that answered already (RFC 2608 section 6.3).
 Message AsMulticast(Message request, const std::vector<std::string>& responders);
 
+/// `responders` without the addresses of 127.0.0.0/8, which on another host would name that host's own agent.
+std::vector<std::string> WithoutLoopback(std::vector<std::string> responders);
+
 /// The message in `bytes` when it answers `request`: well-formed, the same XID, and the kind of reply that
 /// the request asks for.
 std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Message& request);
