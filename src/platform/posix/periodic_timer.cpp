@@ -8,8 +8,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
+#include <exception>
+#include <memory>
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -22,6 +23,22 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 
 // Threads that one timer may have busy at a time; with so many stuck, ticks are left out.
 constexpr int kMaximumThreads = 8;
+
+// Keeps the application's signals from the threads that are started meanwhile.
+class BlockedSignals {
+ public:
+  BlockedSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &previous_);
+  }
+  ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+  BlockedSignals(const BlockedSignals&) = delete;
+  BlockedSignals& operator=(const BlockedSignals&) = delete;
+
+ private:
+  sigset_t previous_{};
+};
 
 class ThreadGroup : public std::enable_shared_from_this<ThreadGroup> {
  public:
@@ -44,23 +61,17 @@ class ThreadGroup : public std::enable_shared_from_this<ThreadGroup> {
   }
 
  private:
-  // The caller holds mutex_.
+  // Whether there is one more; the system may have no thread, or no memory, to give. The caller holds mutex_.
   bool AddThread() {
-    // The application's signals are not for these threads.
-    sigset_t all;
-    sigset_t previous;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &previous);
-    bool added = true;
+    const BlockedSignals blocked;
     try {
       std::thread([self = shared_from_this()] { self->Work(); }).detach();
-      ++idle_;
-      ++threads_;
-    } catch (const std::system_error&) {
-      added = false;
+    } catch (const std::exception&) {
+      return false;
     }
-    pthread_sigmask(SIG_SETMASK, &previous, nullptr);
-    return added;
+    ++idle_;
+    ++threads_;
+    return true;
   }
 
   // 1. Wait for the turn to be the one that waits for the tick, then for the tick.
