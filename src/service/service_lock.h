@@ -9,8 +9,8 @@
 namespace kelsd {
 
 /// Enters the lock, or only tries to. What forced passes gave up meanwhile is reported when the outermost
-/// hold ends, after the lock has been left: the application's callback may wait for other threads that need
-/// the lock.
+/// hold ends. It is queued before the lock is left, so that reports keep the order of the passes, and
+/// delivered afterwards: the application's callback may wait for other threads that need the lock.
 class CKelSLPServiceImpl::ServiceLockHold {
  public:
   explicit ServiceLockHold(CKelSLPServiceImpl& agent) : agent_(agent), held_(true) {
@@ -27,13 +27,13 @@ class CKelSLPServiceImpl::ServiceLockHold {
     if (!held_) {
       return;
     }
-    std::list<SDroppedService> dropped;
-    if (--agent_.m_serviceLockDepth == 0) {
-      dropped.swap(agent_.m_droppedServices);
+    bool reports = false;
+    if (--agent_.m_serviceLockDepth == 0 && !agent_.m_droppedServices.empty()) {
+      agent_.m_reports->Add(std::exchange(agent_.m_droppedServices, {}));
+      reports = true;
     }
     agent_.m_serviceLock.unlock();
-    if (!dropped.empty()) {
-      agent_.m_reports->Add(std::move(dropped));
+    if (reports) {
       agent_.m_reports->Deliver();
     }
   }

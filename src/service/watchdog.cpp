@@ -52,8 +52,8 @@ void CKelSLPServiceImpl::StartTimer() noexcept {
   }
 }
 
-// A tick is dropped while another one is in its pass. What a pass gave up is reported after it has left the
-// guard, by what follows the tick.
+// A tick is dropped while another one is in its pass. What a pass gave up is queued before it leaves the
+// guard, so that reports keep the order of the passes, and delivered afterwards, by what follows the tick.
 void CKelSLPServiceImpl::TimerTick() {
   {
     const std::lock_guard guard(m_passGuard);
@@ -68,11 +68,9 @@ void CKelSLPServiceImpl::TimerTick() {
   } catch (
       ...) {  // NOLINT(bugprone-empty-catch): nothing may leave a timer's thread; the next pass tries again
   }
-  {
-    const std::lock_guard guard(m_passGuard);
-    m_passRunning = false;
-  }
   m_reports->Add(std::move(dropped));
+  const std::lock_guard guard(m_passGuard);
+  m_passRunning = false;
 }
 
 // 1. A pass never waits for the lock, and
