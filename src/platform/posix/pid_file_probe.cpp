@@ -28,17 +28,33 @@ void ParseContent(const char* begin, const char* end, PidFileState& state) {
   state.start_seconds = start;
 }
 
+// 0, or what kept the file from being locked.
+int TryToLock(int descriptor) {
+  // Shared, so that two who look do not take each other for the daemon.
+  while (flock(descriptor, LOCK_SH | LOCK_NB) != 0) {
+    if (errno != EINTR) {
+      return errno;
+    }
+  }
+  return 0;
+}
+
+std::string Problem(const std::string& name, int error) {
+  return name + ": " + std::generic_category().message(error);
+}
+
 }  // namespace
 
 bool ProbePidFile(const std::string& name, PidFileState& state, std::string& problem) {
   state = PidFileState();
   const int descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) {
-    problem = name + ": " + std::generic_category().message(errno);
-    return errno == ENOENT;
+    const int error = errno;
+    problem = Problem(name, error);
+    return error == ENOENT;
   }
-  // Shared, so that two who look do not take each other for the daemon.
-  if (flock(descriptor, LOCK_SH | LOCK_NB) != 0) {
+  const int error = TryToLock(descriptor);
+  if (error == EWOULDBLOCK) {
     state.held = true;
     std::array<char, 64> content{};
     const ssize_t got = pread(descriptor, content.data(), content.size(), 0);
@@ -47,6 +63,10 @@ bool ProbePidFile(const std::string& name, PidFileState& state, std::string& pro
     }
   }
   close(descriptor);
+  if (error != 0 && error != EWOULDBLOCK) {
+    problem = Problem(name, error);
+    return false;
+  }
   return true;
 }
 

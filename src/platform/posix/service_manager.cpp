@@ -77,7 +77,7 @@ class ProcessServices : public ServiceManager {
     return Query(PidFileOf(service), status);
   }
 
-  // 1. Start the program, unless the daemon runs.
+  // 1. Start the program; where a daemon runs already, it ends by itself.
   // 2. Watch until it serves, or has ended: then its last words are the reason. A daemon that another process
   //    started at the same moment is as good as this one.
   bool RequestStart(Handle service) override {
