@@ -4,6 +4,8 @@
 #include <numeric>
 #include <utility>
 
+#include "printable_text.h"
+
 namespace kelsd_tool {
 namespace {
 
@@ -47,6 +49,7 @@ Table::Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
 void Table::AddRow(std::vector<std::string> cells) {
   cells.resize(columns_.size());
+  std::transform(cells.begin(), cells.end(), cells.begin(), PrintableText);
   rows_.push_back(std::move(cells));
 }
 

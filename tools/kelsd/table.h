@@ -19,7 +19,7 @@ class Table {
  public:
   explicit Table(std::vector<Column> columns);
 
-  /// One cell a column.
+  /// One cell a column; control characters are shown, see PrintableText.
   void AddRow(std::vector<std::string> cells);
 
   /// `width`: columns of the terminal; none: nothing is left out or cut.

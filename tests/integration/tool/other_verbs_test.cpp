@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
+#include "integration/library/library_fixture.h"
 #include "integration/tool/tool_fixture.h"
+#include "support/slpd_process/slpd_process.h"
 
 namespace kelsd::integration {
 namespace {
@@ -57,6 +60,22 @@ TEST_F(ToolAttributes, TakesTheUrlBehindEveryRepeatableOption) {
   EXPECT_EQ(RunForJson({"attributes", "--address", "127.0.0.1", "--tag", "x-version", "--scope", "tamro",
                         kServer})["attributes"],
             (json{{"x-version", "4.2"}}));
+}
+
+TEST(ToolAttributesOfAStranger, ReachTheTerminalWithoutControlCharacters) {
+  slp::support::SlpdOptions options;
+  options.configuration = "net.slp.useScopes = TAMRO\n";
+  options.registrations =
+      RegistrationFile({{kServer, "tamro", {"x-version=4.2", "x-server-name=a\\1B[31mb\\0Ac\\7F"}}});
+  slp::support::SlpdProcess daemon(options);
+  ASSERT_TRUE(daemon.Running()) << daemon.Log();
+  std::vector<std::string> arguments = {"attributes", kServer,    "--address",
+                                        "127.0.0.1",  "--config", daemon.configuration_file()};
+  const ProgramRun run = RunTool(arguments);
+  EXPECT_EQ(run.status, 0) << run.error;
+  EXPECT_THAT(run.output, HasSubstr("\nx-server-name  a\\x1B[31mb\\x0Ac\\x7F\n"));
+  arguments.emplace_back("--json");
+  EXPECT_EQ(json::parse(RunTool(arguments).output)["attributes"]["x-server-name"], "a\x1B[31mb\nc\x7F");
 }
 
 TEST_F(ToolAttributes, ExitsWith1WhenThereIsNothing) {
