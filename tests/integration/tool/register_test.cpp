@@ -59,6 +59,26 @@ TEST_F(ToolRegister, TellsProgramsInLinesOfJson) {
                                     "\"}\n{\"event\":\"deregistered\",\"url\":\"" + kPrinter + "\"}\n");
 }
 
+TEST_F(ToolRegister, OutlivesItsTerminalUnderNohup) {
+  const auto inherited = std::signal(SIGHUP, SIG_IGN);
+  RunningTool tool({"register", kPrinter});
+  std::signal(SIGHUP, inherited);
+  ASSERT_TRUE(tool.WaitForOutput("Registered")) << tool.Error();
+  tool.Send(SIGHUP);
+  EXPECT_FALSE(tool.WaitForOutput("Deregistered", std::chrono::seconds(1)));
+  EXPECT_EQ(Found("service:printer.lab:lpr"), Urls{kPrinter});
+  tool.Send(SIGTERM);
+  EXPECT_EQ(tool.Wait().status, 0);
+}
+
+TEST_F(ToolRegister, DeregistersWhenItsTerminalGoes) {
+  RunningTool tool({"register", kPrinter});
+  ASSERT_TRUE(tool.WaitForOutput("Registered")) << tool.Error();
+  tool.Send(SIGHUP);
+  EXPECT_EQ(tool.Wait().status, 0);
+  EXPECT_THAT(Found("service:printer.lab:lpr"), IsEmpty());
+}
+
 TEST_F(ToolRegister, RenewsWhenTheDaemonHasBeenKilled) {
   RunningTool tool({"register", kPrinter});
   ASSERT_TRUE(tool.WaitForOutput("Registered")) << tool.Error();

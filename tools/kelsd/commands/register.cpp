@@ -10,6 +10,7 @@
 
 #include "commands/commands.h"
 #include "kelsd/CKelSLPService.h"
+#include "kelsd/CKelServiceTypeServiceHost.h"
 #include "search_session.h"
 #include "service_kind.h"
 #include "stop_request.h"
@@ -67,6 +68,11 @@ bool BuildRegistration(const RegisterOptions& options, Registration& registratio
   }
   const std::string type = is_url ? options.service.substr(0, options.service.find("://"))
                                   : ParseServiceKind(options.service).type;
+  const std::string service_host = kelsd::CKelServiceTypeServiceHost::GetAbstractTypeString();
+  if (!is_url && (type == service_host || type == service_host + ":")) {
+    problem = "say which service host it is: servicehost:CONCRETE, e.g. servicehost:render";
+    return false;
+  }
   registration.url = is_url ? options.service : type + "://" + options.address;
   registration.scopes = options.scopes;
   if (const auto service = MakeFamilyService(type, registration.url)) {

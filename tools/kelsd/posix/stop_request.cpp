@@ -36,7 +36,13 @@ void SetHandler(void (*handler)(int)) {
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
   for (const int signal : kSignals) {
-    sigaction(signal, &action, nullptr);
+    struct sigaction inherited {};
+    sigaction(signal, nullptr, &inherited);
+    // nohup starts programs so: they shall survive their terminal.
+    const bool ignored_by_wish = signal == SIGHUP && inherited.sa_handler == SIG_IGN;
+    if (!ignored_by_wish) {
+      sigaction(signal, &action, nullptr);
+    }
   }
 }
 
