@@ -37,8 +37,8 @@ std::string HintFor(SResult::EError code) {
        "Attribute tags look like x-server-name; give several with several --tag."},
       {SResult::ERR_SCOPE_BAD_CHARACTERS, "Give one scope with each --scope, e.g. --scope tamro --scope lab"},
       {SResult::ERR_INVALID_REGISTRATION,
-       "slpd refused the registration. Check URL, scopes and lifetime, and net.slp.checkSourceAddr when the "
-       "service is on another host."},
+       "slpd refused the registration. Check URL, scopes and lifetime; a service is registered on its own "
+       "host."},
       {SResult::ERR_INVALID_DEREGISTRATION,
        "slpd refused. 'kelsd find' shows what is registered, and with which URL."},
       {SResult::ERR_SCM_ACCESS, "Run this as a user who may control services (administrator)."},
@@ -69,7 +69,9 @@ std::string HintFor(SResult::EError code) {
       {SResult::ERR_PROPERTY_GET, "SLP does not know the setting; check that the installed SLP is recent."},
       {SResult::ERR_PROPERTY_PARSE,
        "Correct the value in the configuration file; until then the default counts."},
-      {SResult::ERR_NOT_INITIALIZED, "SLP could not be started; 'kelsd doctor' tells why."},
+      {SResult::ERR_NOT_INITIALIZED,
+       "SLP could not be started; check the file that OpenSLPConfig names, and that its folder can be "
+       "written."},
   };
   const auto hint = hints.find(code);
   return hint == hints.end() ? std::string() : hint->second;

@@ -44,7 +44,7 @@ constexpr const char* kExamples = R"help(Examples:
   kelsd config show
   kelsd config show --client --timeout 5000 --json
   kelsd config get net.slp.useScopes
-  kelsd config set useScopes=DEFAULT,TAMRO isDA=true
+  kelsd config set useScopes=DEFAULT,TAMRO traceReg=true
   kelsd config validate
   kelsd config path
 
