@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kVersionText = "slpd " KELSD_SLPD_VERSION " (SLPv2, RFC 2608)\n";
 
 constexpr std::string_view kDescription =
-    "slpd - the SLPv2 service agent (or directory agent) of this host.\n"
+    "slpd - the SLPv2 service agent of this host.\n"
     "It stays in the foreground and logs to the error output; a process manager starts it as it is.";
 
 constexpr std::string_view kFooter =
@@ -28,9 +28,9 @@ constexpr std::string_view kFooter =
     "registered\n"
     "stay.\n"
     "\n"
-    "Exit status: 0 ended as asked; 1 could not start, the last line on the error output says why; 2 wrong "
-    "command\n"
-    "line; 3 another slpd holds the pid file.\n"
+    "Exit status: 0 ended as asked; 1 could not start, the last line on the error output says why, or "
+    "--check has\n"
+    "found something wrong; 2 wrong command line; 3 another slpd holds the pid file.\n"
     "\n"
     "Examples:\n"
     "  slpd\n"
@@ -100,13 +100,14 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
   app.add_option("--pidfile", result.pid_file,
                  "File that is locked and holds process id and start time while slpd runs (default: "
                  "KELSD_SLPD_PIDFILE, "
-                 "else /run/slpd.pid, without privileges slpd.pid in XDG_RUNTIME_DIR)")
+                 "else /run/slpd.pid, without privileges slpd.pid in XDG_RUNTIME_DIR; without that none)")
       ->type_name("FILE");
   app.add_option("--property", properties, "Set a property over all files; may be given many times")
       ->type_name("KEY=VALUE")
       ->allow_extra_args(false);
   app.add_flag("--check", result.check,
-               "Read configuration and registration file, tell what is wrong, and end");
+               "Read configuration and registration file, tell what is wrong, and end: status 0 when "
+               "nothing is, else 1");
   app.add_flag("--help-properties", help_properties, "List all properties and end");
   app.add_flag("--version", version, "Show the version and end");
 

@@ -124,6 +124,9 @@ ExitStatus Program::Run() {
   for (const std::string& problem : problems) {
     log_.Write(LogKind::kProblem, problem);
   }
+  if (pid_path.empty()) {
+    log_.Write(LogKind::kState, "slpd: no place for a pid file, so there is none; --pidfile names one");
+  }
 
   asio::signal_set stop(io_);
   for (const int signal : StopSignals()) {

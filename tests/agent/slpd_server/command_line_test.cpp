@@ -80,7 +80,8 @@ TEST(CommandLine, HelpNamesEveryOptionStatusAndAnExample) {
   for (const char* const part :
        {"--config FILE", "--regfile FILE", "--log FILE", "--pidfile FILE", "--property KEY=VALUE", "--check",
         "--help-properties", "--version", "KELSD_SLPD_PIDFILE", "Exit status: 0 ", "1 could not start",
-        "2 wrong", "3 another slpd", "Examples:", "SIGHUP"}) {
+        "or --check has\nfound something wrong;", "2 wrong", "3 another slpd", "without that none)",
+        "Examples:", "SIGHUP"}) {
     EXPECT_THAT(early->text, HasSubstr(part));
   }
 }
