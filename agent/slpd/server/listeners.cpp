@@ -145,17 +145,6 @@ std::vector<std::string> Listeners::ServedAddresses() const {
   return addresses;
 }
 
-void Listeners::SendToGroup(std::span<const std::uint8_t> message) {
-  for (const ListenPlace& wanted : plan_.places) {
-    const auto place = places_.find({wanted.address, plan_.port});
-    if (place != places_.end() && place->second.in_group &&
-        !place->second.unicast->Send(message, udp::endpoint(kMulticastGroup, plan_.port))) {
-      receiver_.OnDropped("the group could not be reached", message.size(),
-                          {kMulticastGroup, wanted.address, Transport::kUdpMulticast});
-    }
-  }
-}
-
 std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const ListenPlan& plan,
                                                 std::vector<std::string>& problems) {
   udp::socket unicast(io_);

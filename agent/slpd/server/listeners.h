@@ -38,9 +38,6 @@ class Listeners {
   /// The served addresses, in the plan's order.
   std::vector<std::string> ServedAddresses() const;
 
-  /// One datagram to the SLP group through every place that has joined it.
-  void SendToGroup(std::span<const std::uint8_t> message);
-
   const ConnectionTable& connections() const { return connections_; }
 
  private:

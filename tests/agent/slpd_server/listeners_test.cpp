@@ -426,19 +426,6 @@ TEST_F(ListenersTest, TwoAgentsOnTwoLoopbackAddressesShareThePort) {
   loop_.Do([&] { other.reset(); });
 }
 
-TEST_F(ListenersTest, SendsToTheGroupThroughEveryPlaceThatJoinedIt) {
-  Serve();
-  receiver_.SetScript([](auto, const Sender&) { return std::nullopt; });
-  loop_.Do([this] { listeners_->SendToGroup(request_); });
-  const auto end = std::chrono::steady_clock::now() + seconds(5);
-  while (receiver_.last_sender().transport != Transport::kUdpMulticast &&
-         std::chrono::steady_clock::now() < end) {
-    std::this_thread::yield();
-  }
-  EXPECT_EQ(receiver_.last_sender().transport, Transport::kUdpMulticast) << "it hears itself";
-  EXPECT_EQ(receiver_.last_sender().address, make_address("127.0.0.1"));
-}
-
 TEST_F(ListenersTest, AfterCloseNobodyIsAnswered) {
   Serve();
   TcpClient client(Tcp());
