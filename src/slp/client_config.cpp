@@ -76,8 +76,8 @@ SResult CKelSLPImpl::GetSLPClientConfig(CKelSLPClientConfig& config, std::vector
 }
 
 // 1. A configuration that equals the kept one changes nothing.
-// 2. The resident handle is closed,
-// 3. the configuration is kept, also when what follows fails: the next initialisation applies it,
+// 2. The resident handle is closed; nothing has happened when there is no memory for the configuration.
+// 3. The configuration is kept, also when what follows fails: the next initialisation applies it,
 // 4. and the core is initialised again.
 SResult CKelSLPImpl::SetSLPClientConfig(const CKelSLPClientConfig& config) {
   return InvokeNamed("kelsd::CKelSLPImpl::SetSLPClientConfig", [&] {
@@ -86,8 +86,9 @@ SResult CKelSLPImpl::SetSLPClientConfig(const CKelSLPClientConfig& config) {
     if (state.client_config.EqualTo(config)) {
       return SResult(SResult::ERR_SUCCESS);
     }
+    CKelSLPClientConfig kept = config;
     CloseResidentHandleUnlocked();
-    state.client_config = config;
+    state.client_config = std::move(kept);
     return InitializeInternal();
   });
 }

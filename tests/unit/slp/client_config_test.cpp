@@ -261,6 +261,19 @@ TEST_F(ClientConfig, StaysKeptWhenInitialisationThrows) {
   EXPECT_EQ(scripted_slp::Property("net.slp.MTU"), "1300");
 }
 
+TEST_F(ClientConfig, ThatCannotBeCopiedLeavesTheCoreAlone) {
+  InitializeCore();
+  const CKelSLPClientConfig config = Different();
+  // A copy has four lists, each with memory of its own.
+  for (int successes = 0; successes < 4; ++successes) {
+    const AllocationFailure failure(successes);
+    EXPECT_EQ(CKelSLPImpl::SetSLPClientConfig(config), SResult::ERR_OUT_OF_MEMORY);
+    EXPECT_TRUE(failure.Happened());
+    EXPECT_TRUE(CKelSLPImpl::IsInitialized());
+  }
+  EXPECT_THAT(scripted_slp::Calls("SLPClose"), IsEmpty());
+}
+
 TEST_F(ClientConfig, SettingWaitsForSearches) {
   InitializeCore();
   CKelSLPImpl::CoreLock().lock_shared();
