@@ -5,7 +5,7 @@
 #include <chrono>
 #include <future>
 #include <map>
-#include <mutex>
+#include <shared_mutex>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -347,7 +347,7 @@ TEST_F(Registration, SurvivesEveryFailedAllocation) {
 }
 
 TEST_F(Registration, WaitsForARunningSearch) {
-  std::unique_lock search_lock(CKelSLPImpl::CoreLock());
+  std::shared_lock search_lock(CKelSLPImpl::CoreLock());
   std::future<SResult> registration = std::async(std::launch::async, [&] { return Register(); });
   // Long enough for a registration that doesn't wait to have registered.
   EXPECT_EQ(registration.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);

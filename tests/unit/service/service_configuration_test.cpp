@@ -342,6 +342,19 @@ TEST_F(ServiceConfiguration, TheCoreLockIsFreeWhileTheDaemonIsRestarted) {
   EXPECT_TRUE(initialized);
 }
 
+TEST_F(ServiceConfiguration, SettingWaitsForSearches) {
+  std::shared_lock search(CKelSLPImpl::CoreLock());
+  std::future<SResult> setting =
+      std::async(std::launch::async, [&] { return agent.SetSLPServiceConfig(CKelSLPServiceConfig()); });
+  // Long enough for a call that doesn't wait to have written the file.
+  EXPECT_EQ(setting.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+  EXPECT_THAT(scripted_slp::Calls(), IsEmpty());
+  EXPECT_EQ(folder.Read("slp.conf"), "");
+  search.unlock();
+  EXPECT_THAT(setting.get(), SameResult(kSuccess));
+  EXPECT_NE(folder.Read("slp.conf"), "");
+}
+
 TEST_F(ServiceConfiguration, TakesTheAgentsLockBeforeTheCoresAndKeepsIt) {
   std::atomic<bool> agent_waits = false;
   std::unique_lock core_lock(CKelSLPImpl::CoreLock());
