@@ -58,8 +58,9 @@ class KELSD_EXPORT CKelSLPService : public CKelSLP {
   /// and how the last attempt failed. An empty function ends that.
   ///
   /// Calls come one at a time, on a thread of the library, or on the thread that has started the daemon
-  /// before its call returns. No lock is held: the callback may call the library, wait for other threads, and
-  /// throw. A call that is under way goes on after the callback has been replaced.
+  /// before its call returns, or on a thread that is already reporting. No lock is held: the callback may
+  /// call the library, wait for other threads, and throw. A call that is under way goes on after the callback
+  /// has been replaced.
   static void SetReRegistrationFailedCallback(std::function<void(std::string, SResult)> callback);
 
   // Control of the daemon. They work without initialisation.
@@ -79,10 +80,10 @@ class KELSD_EXPORT CKelSLPService : public CKelSLP {
   /// property that could not be read and each value that the record refused; these hold their defaults, and
   /// the call succeeds all the same. Fails with ERR_NOT_INITIALIZED before CKelSLP::Initialize.
   static SResult GetSLPServiceConfig(CKelSLPServiceConfig& config, std::vector<SResult>& errors);
-  /// Writes the editable settings into the configuration file, where everything else stays as it is,
-  /// initialises again, and restarts the daemon when a setting has effectively changed. Waits for running
-  /// searches, and two to three seconds for another program that is writing the file. ERR_CONF_WRITE when the
-  /// file could not be written.
+  /// Writes the editable settings into the configuration file, where everything else stays as it is (a file
+  /// that doesn't exist is created), initialises again, and restarts the daemon when a setting has
+  /// effectively changed. Waits for running searches, and two to three seconds for another program that is
+  /// writing the file. ERR_CONF_WRITE when the file could not be written.
   static SResult SetSLPServiceConfig(const CKelSLPServiceConfig& config);
 };
 
