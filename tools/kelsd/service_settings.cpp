@@ -1,5 +1,6 @@
 #include "service_settings.h"
 
+#include <cctype>
 #include <charconv>
 #include <functional>
 #include <map>
@@ -125,6 +126,20 @@ bool IsEditable(CKelSLPConfig::EProperty property) {
 
 Problem SetSetting(CKelSLPServiceConfig& config, CKelSLPConfig::EProperty property, const std::string& text) {
   return Setters().at(property)(config, text);
+}
+
+// A value that is no number is told with the name of the setting; one that is out of range with the function
+// that refused it, which is named after the setting.
+bool IsAbout(const SResult& problem, CKelSLPConfig::EProperty property) {
+  if (problem.GetErrorDetail().rfind("Property: " + CKelSLPConfig::ToString(property) + ". ", 0) == 0) {
+    return true;
+  }
+  const std::string key = CKelSLPConfig::ToStringKey(property);
+  std::string name = key.substr(key.rfind('.') + 1);
+  name.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
+  const std::string trail = problem.GetErrorDebug() + " ";
+  return trail.find("::Set" + name + " ") != std::string::npos ||
+         trail.find("::Validate" + name + " ") != std::string::npos;
 }
 
 }  // namespace kelsd_tool

@@ -20,4 +20,8 @@ bool IsEditable(kelsd::CKelSLPConfig::EProperty property);
 std::optional<std::string> SetSetting(kelsd::CKelSLPServiceConfig& config,
                                       kelsd::CKelSLPConfig::EProperty property, const std::string& text);
 
+/// Whether `problem`, which came up when the settings were read, is about `property`: its value could not be
+/// used then, and the record has the default in its place.
+bool IsAbout(const kelsd::SResult& problem, kelsd::CKelSLPConfig::EProperty property);
+
 }  // namespace kelsd_tool

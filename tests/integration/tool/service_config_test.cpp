@@ -13,6 +13,7 @@ using nlohmann::json;
 using support::ProgramRun;
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 using ToolServiceConfig = OwnDaemonTest;
@@ -78,6 +79,32 @@ TEST_F(ToolServiceConfig, RefusesBadValuesAndWritesNothing) {
     EXPECT_THAT(run.error, HasSubstr(row.said));
   }
   EXPECT_EQ(folder_.Read("slp.conf"), before);
+}
+
+TEST_F(ToolServiceConfig, RefusesToReplaceValuesThatItCouldNotRead) {
+  const std::string file = "net.slp.port = " + std::to_string(port_) +
+                           "\nnet.slp.interfaces = 127.0.0.1\nnet.slp.DAHeartBeat = 100\n"
+                           "net.slp.unicastMaximumWait = 2\n";
+  folder_.Write("slp.conf", file);
+  const ProgramRun none = RunTool({"config", "set", "traceReg=true"});
+  EXPECT_EQ(none.status, 3);
+  EXPECT_EQ(none.output, "");
+  EXPECT_THAT(none.error,
+              AllOf(HasSubstr("Directory agent heart beat is too small (must be at least 2000): 100."),
+                    HasSubstr("The unicast maximum wait is too small (must be at least 501): 2."),
+                    HasSubstr("kelsd: nothing was set, as it would replace the values above by defaults")));
+  EXPECT_EQ(folder_.Read("slp.conf"), file);
+
+  const ProgramRun one = RunTool({"config", "set", "traceReg=true", "DAHeartBeat=9000"});
+  EXPECT_EQ(one.status, 3);
+  EXPECT_THAT(one.error, Not(HasSubstr("Directory agent heart beat")));
+  EXPECT_EQ(folder_.Read("slp.conf"), file);
+
+  const ProgramRun all = RunTool({"config", "set", "traceReg=true", "DAHeartBeat=9000",
+                                  "unicastMaximumWait=3000", "unicastTimeouts=700"});
+  EXPECT_EQ(all.status, 0) << all.error;
+  EXPECT_EQ(RunTool({"config", "get", "DAHeartBeat"}).output, "9000\n");
+  EXPECT_EQ(RunTool({"config", "get", "unicastMaximumWait"}).output, "3000\n");
 }
 
 TEST_F(ToolServiceConfig, ListsDeviationsOneALine) {

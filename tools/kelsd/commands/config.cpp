@@ -1,4 +1,5 @@
 // kelsd config: the settings of the daemon, and those that searches use.
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -156,8 +157,31 @@ std::optional<std::string> ParseAssignment(const std::string& text, Assignment& 
   return std::nullopt;
 }
 
-// 1. All assignments must make sense before anything is written.
-// 2. Write them together: the daemon is restarted once at most.
+// Whether a value of the file, which could not be read, would be replaced by the default without having been
+// asked for; it has been told then.
+bool WouldLoseValues(const std::vector<SResult>& problems, const std::vector<Assignment>& assignments,
+                     Console& console) {
+  bool would_lose = false;
+  for (const SResult& problem : problems) {
+    if (std::none_of(assignments.begin(), assignments.end(), [&problem](const Assignment& assignment) {
+          return IsAbout(problem, assignment.property);
+        })) {
+      console.PrintError(problem);
+      would_lose = true;
+    }
+  }
+  if (would_lose) {
+    console.PrintError(
+        "nothing was set, as it would replace the values above by defaults: correct them in the "
+        "configuration "
+        "file, or set them too");
+  }
+  return would_lose;
+}
+
+// 1. All assignments must make sense before anything is written,
+// 2. and every value of the file that they leave alone must have been read, as all are written.
+// 3. Write them together: the daemon is restarted once at most.
 ExitStatus Set(ConfigOptions& options, Console& console) {
   if (options.client) {
     return console.RejectUsage(
@@ -182,6 +206,9 @@ ExitStatus Set(ConfigOptions& options, Console& console) {
     if (const auto problem = SetSetting(config, assignment.property, assignment.value)) {
       return console.RejectUsage("'" + assignment.key + "' cannot be set: " + *problem);
     }
+  }
+  if (WouldLoseValues(problems, assignments, console)) {
+    return kFailure;
   }
   if (const SResult set = kelsd::CKelSLPService::SetSLPServiceConfig(config); set.IsNotOk()) {
     return console.Fail(set);
