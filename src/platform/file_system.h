@@ -16,8 +16,6 @@ bool FolderExists(const std::string& name);
 /// Creates an empty file where there is none; one that exists is left alone.
 [[nodiscard]] bool CreateEmptyFile(const std::string& name);
 
-void RemoveFile(const std::string& name);
-
 /// The characters that separate the parts of a file name.
 const char* PathSeparators();
 

@@ -25,10 +25,6 @@ bool CreateEmptyFile(const std::string& name) {
   return descriptor >= 0 && close(descriptor) == 0;
 }
 
-void RemoveFile(const std::string& name) {
-  unlink(name.c_str());
-}
-
 const char* PathSeparators() {
   return "/";
 }

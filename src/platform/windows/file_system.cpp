@@ -36,10 +36,6 @@ bool CreateEmptyFile(const std::string& name) {
   return handle != INVALID_HANDLE_VALUE && CloseHandle(handle) != 0;
 }
 
-void RemoveFile(const std::string& name) {
-  DeleteFileA(name.c_str());
-}
-
 const char* PathSeparators() {
   return "\\/";
 }

@@ -4,7 +4,7 @@
 
 #include <ctime>
 
-#include "platform/system_error.h"
+#include "platform/windows/system_error.h"
 
 namespace kelsd::platform {
 namespace {
