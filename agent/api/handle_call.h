@@ -21,6 +21,13 @@ SLPError WithHandle(SLPHandle handle, Call call) noexcept {
   });
 }
 
+/// Calls back, unless the handle has been closed; whether more may be delivered (RFC 2614 section 4.4.2).
+template <typename Callback>
+bool DeliverWhileOpen(SLPHandle handle, Callback callback) {
+  HandleTable& handles = HandleTable::Instance();
+  return handles.IsOpen(handle) && callback() && handles.IsOpen(handle);
+}
+
 inline bool IsEmpty(const char* text) {
   return text == nullptr || *text == '\0';
 }

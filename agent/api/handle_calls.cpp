@@ -19,24 +19,6 @@ std::string LanguageOfProcess() {
   return IsValidLanguageTag(locale) ? locale : kDefaultLanguage;
 }
 
-/// A handle's share in the process's properties, given back when it comes to none.
-class PropertiesShare {
- public:
-  PropertiesShare() { ProcessProperties::Instance().Acquire(); }
-  ~PropertiesShare() {
-    if (held_) {
-      ProcessProperties::Instance().Release();
-    }
-  }
-  PropertiesShare(const PropertiesShare&) = delete;
-  PropertiesShare& operator=(const PropertiesShare&) = delete;
-
-  void LeaveToHandle() { held_ = false; }
-
- private:
-  bool held_ = true;
-};
-
 }  // namespace
 
 SLPError OpenCall(const char* language, bool async, SLPHandle* handle) noexcept {
@@ -51,19 +33,16 @@ SLPError OpenCall(const char* language, bool async, SLPHandle* handle) noexcept 
     return SLP_PARAMETER_BAD;
   }
   return Guarded([&] {
-    PropertiesShare share;
+    auto share = std::make_unique<PropertiesShare>();
     HandleState state;
     state.language = IsEmpty(language) ? LanguageOfProcess() : language;
-    *handle = HandleTable::Instance().Open(std::move(state));
-    share.LeaveToHandle();
+    *handle = HandleTable::Instance().Open(std::move(state), std::move(share));
     return SLP_OK;
   });
 }
 
 void CloseCall(SLPHandle handle) noexcept {
-  if (HandleTable::Instance().Close(handle)) {
-    ProcessProperties::Instance().Release();
-  }
+  HandleTable::Instance().Close(handle);
 }
 
 SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept {

@@ -6,8 +6,7 @@ namespace slp::client {
 
 HandleTable::Use::~Use() {
   if (entry_ != nullptr) {
-    const std::lock_guard lock(table_.mutex_);
-    entry_->in_use = false;
+    table_.GiveBack(entry_);
   }
 }
 
@@ -19,28 +18,50 @@ HandleTable& HandleTable::Instance() {
   return table;
 }
 
-SLPHandle HandleTable::Open(HandleState state) {
-  auto entry = std::make_unique<Entry>(Entry{std::move(state)});
+SLPHandle HandleTable::Open(HandleState state, std::unique_ptr<PropertiesShare> share) {
+  auto entry = std::make_unique<Entry>(Entry{std::move(state), std::move(share)});
   Entry* const handle = entry.get();
   const std::lock_guard lock(mutex_);
   entries_.emplace(handle, std::move(entry));
   return handle;
 }
 
-bool HandleTable::Close(SLPHandle handle) {
+void HandleTable::Close(SLPHandle handle) {
+  std::unique_ptr<Entry> freed;  // outlives the lock, since the properties have their own
   const std::lock_guard lock(mutex_);
   const auto found = entries_.find(handle);
-  if (found == entries_.end() || found->second->in_use) {
-    return false;
+  if (found == entries_.end()) {
+    return;
   }
+  if (found->second->in_use) {
+    found->second->closed = true;
+    return;
+  }
+  freed = std::move(found->second);
   entries_.erase(found);
-  return true;
+}
+
+bool HandleTable::IsOpen(SLPHandle handle) {
+  const std::lock_guard lock(mutex_);
+  const auto found = entries_.find(handle);
+  return found != entries_.end() && !found->second->closed;
+}
+
+void HandleTable::GiveBack(Entry* entry) {
+  std::unique_ptr<Entry> freed;  // outlives the lock
+  const std::lock_guard lock(mutex_);
+  entry->in_use = false;
+  if (entry->closed) {
+    const auto found = entries_.find(entry);
+    freed = std::move(found->second);
+    entries_.erase(found);
+  }
 }
 
 HandleTable::Use HandleTable::Take(SLPHandle handle) {
   const std::lock_guard lock(mutex_);
   const auto found = entries_.find(handle);
-  if (found == entries_.end()) {
+  if (found == entries_.end() || found->second->closed) {
     return {*this, nullptr, SLP_PARAMETER_BAD};
   }
   if (found->second->in_use) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "api/properties_share.h"
 #include "slp.h"
 
 namespace slp::client {
@@ -23,7 +24,9 @@ struct HandleState {
 class HandleTable {
   struct Entry {
     HandleState state;
+    std::unique_ptr<PropertiesShare> share;
     bool in_use = false;
+    bool closed = false;  // while in use; freed at the end of the call that uses it
   };
 
  public:
@@ -61,14 +64,19 @@ class HandleTable {
   /// The one of this process. Never destroyed, so that it serves threads that outlive main.
   static HandleTable& Instance();
 
-  SLPHandle Open(HandleState state);
+  SLPHandle Open(HandleState state, std::unique_ptr<PropertiesShare> share);
 
-  /// False, and nothing happens, for a handle that is not open or in use.
-  bool Close(SLPHandle handle);
+  /// From now on the handle is not open. One in use is freed at the end of the call that uses it. Nothing
+  /// happens for a handle that is not open.
+  void Close(SLPHandle handle);
+
+  bool IsOpen(SLPHandle handle);
 
   Use Take(SLPHandle handle);
 
  private:
+  void GiveBack(Entry* entry);
+
   std::mutex mutex_;
   std::map<const void*, std::unique_ptr<Entry>>
       entries_;  // by what callers hold, so that a foreign one is never read

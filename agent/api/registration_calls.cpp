@@ -11,7 +11,9 @@ template <typename Work>
 SLPError Reported(SLPHandle handle, Reporting<SLPRegReport> reporting, Work work) noexcept {
   return WithHandle(handle, [&](const HandleState& state) {
     const SLPError error = work(MakeContext(state));
-    reporting.callback(handle, error, reporting.cookie);
+    if (HandleTable::Instance().IsOpen(handle)) {
+      reporting.callback(handle, error, reporting.cookie);
+    }
     return error;
   });
 }

@@ -9,7 +9,8 @@ namespace {
 /// SLPAttrCallback and SLPSrvTypeCallback are the same type of function.
 Deliver ListDelivery(SLPHandle handle, Reporting<SLPAttrCallback> reporting) {
   return [=](const char* text, unsigned short /*lifetime*/, SLPError error) {
-    return reporting.callback(handle, text, error, reporting.cookie) != SLP_FALSE;
+    return DeliverWhileOpen(
+        handle, [&] { return reporting.callback(handle, text, error, reporting.cookie) != SLP_FALSE; });
   };
 }
 
@@ -23,8 +24,10 @@ SLPError FindServicesCall(SLPHandle handle, const char* type, const char* scopes
   return WithHandle(handle, [&](const HandleState& state) {
     return FindServices({.type = type, .scopes = OrEmpty(scopes), .predicate = OrEmpty(predicate)},
                         MakeContext(state), [&](const char* url, unsigned short lifetime, SLPError error) {
-                          return reporting.callback(handle, url, lifetime, error, reporting.cookie) !=
-                                 SLP_FALSE;
+                          return DeliverWhileOpen(handle, [&] {
+                            return reporting.callback(handle, url, lifetime, error, reporting.cookie) !=
+                                   SLP_FALSE;
+                          });
                         });
   });
 }

@@ -83,8 +83,9 @@ typedef SLPBoolean SLPCALLBACK SLPAttrCallback(SLPHandle hSLP, const char* pcAtt
  * SLP_FALSE, else SLP_NOT_IMPLEMENTED. The first handle loads the properties. */
 SLPEXP SLPError SLPEXP_CALL SLPOpen(const char* pcLang, SLPBoolean isAsync, SLPHandle* phSLP);
 
-/* Releases the handle. A handle that is null, foreign or in use is left alone. Closing the last one drops the
- * properties. */
+/* Releases the handle; one that is null or foreign is left alone. A call that uses the handle, be it the one
+ * whose callback closes it or one of another thread, calls back no more, ends with its next result or its
+ * time, and releases the handle then (RFC 2614 section 4.4.2). Closing the last one drops the properties. */
 SLPEXP void SLPEXP_CALL SLPClose(SLPHandle hSLP);
 
 /* Later requests on the handle go by unicast to `ip` at net.slp.port. */

@@ -76,7 +76,6 @@ TEST_F(HandleCalls, AHandleServesOneCallAtATime) {
   const auto callback = [](SLPHandle handle, const char*, unsigned short, SLPError, void* cookie) {
     Seen& found = *static_cast<Seen*>(cookie);
     ++found.calls;
-    SLPClose(handle);
     found.inside = CallAll(handle);
     std::thread([&] { found.other_thread = CallAll(handle); }).join();
     return SLP_TRUE;
@@ -87,6 +86,54 @@ TEST_F(HandleCalls, AHandleServesOneCallAtATime) {
   EXPECT_EQ(seen.other_thread, in_use);
   EXPECT_EQ(seen.calls, 2);
   EXPECT_EQ(SLPAssociateIP(handle_, "127.0.0.1"), SLP_OK);
+}
+
+TEST_F(HandleCalls, ClosingInACallbackEndsTheCall) {
+  AskOnly("127.0.0.1");
+  SlpPeer peer(
+      [](const PeerRequest& request) {
+        return std::vector<PeerReply>{
+            {.bytes = EncodedReplyTo(request, UrlReply({"service:x://h", "service:x://i"}))}};
+      },
+      AtPort());
+  struct Seen {
+    std::vector<SLPError> inside;
+    int calls = 0;
+  } seen;
+  const auto callback = [](SLPHandle handle, const char*, unsigned short, SLPError, void* cookie) {
+    Seen& found = *static_cast<Seen*>(cookie);
+    ++found.calls;
+    SLPClose(handle);
+    SLPClose(handle);
+    found.inside = CallAll(handle);
+    return SLP_TRUE;
+  };
+  EXPECT_EQ(SLPFindSrvs(handle_, "service:x", "", "", callback, &seen), SLP_OK);
+  const std::vector<SLPError> refused(9, SLP_PARAMETER_BAD);
+  EXPECT_EQ(seen.calls, 1);
+  EXPECT_EQ(seen.inside, refused);
+  EXPECT_EQ(CallAll(handle_), refused);
+}
+
+TEST_F(HandleCalls, ClosingByAnotherThreadKeepsTheCallFromCallingBack) {
+  AskOnly("127.0.0.1");
+  SlpPeer peer(
+      [this](const PeerRequest& request) {
+        SLPClose(handle_);
+        return std::vector<PeerReply>{{.bytes = EncodedReplyTo(request, UrlReply({"service:x://h"}))}};
+      },
+      AtPort());
+  int calls = 0;
+  EXPECT_EQ(SLPFindSrvs(
+                handle_, "service:x", "", "",
+                [](SLPHandle, const char*, unsigned short, SLPError, void* cookie) {
+                  ++*static_cast<int*>(cookie);
+                  return SLP_TRUE;
+                },
+                &calls),
+            SLP_OK);
+  EXPECT_EQ(calls, 0);
+  EXPECT_EQ(CallAll(handle_), std::vector<SLPError>(9, SLP_PARAMETER_BAD));
 }
 
 TEST_F(HandleCalls, AnotherHandleMayBeUsedInACallback) {
@@ -185,6 +232,23 @@ TEST(Handles, TheLastOneDropsTheProperties) {
   SLPClose(first);
   EXPECT_STREQ(SLPGetProperty("net.slp.useScopes"), "TAMRO");
   SLPClose(second);
+  EXPECT_STREQ(SLPGetProperty("net.slp.useScopes"), "DEFAULT");
+}
+
+TEST(Handles, TheLastOneDropsThePropertiesAlsoWhenItIsClosedInItsCallback) {
+  SLPHandle handle = nullptr;
+  ASSERT_EQ(SLPOpen("en", SLP_FALSE, &handle), SLP_OK);
+  SLPSetProperty("net.slp.useScopes", "TAMRO");
+  std::string inside;
+  SLPFindSrvs(
+      handle, "service:x", "", "(",
+      [](SLPHandle closed, const char*, unsigned short, SLPError, void* cookie) {
+        SLPClose(closed);
+        *static_cast<std::string*>(cookie) = SLPGetProperty("net.slp.useScopes");
+        return SLP_TRUE;
+      },
+      &inside);
+  EXPECT_EQ(inside, "TAMRO");
   EXPECT_STREQ(SLPGetProperty("net.slp.useScopes"), "DEFAULT");
 }
 
