@@ -33,12 +33,15 @@ void SearchSession::UseConfiguration() const {
 }
 
 std::optional<ExitStatus> SearchSession::Open(Console& console) {
-  UseConfiguration();
-  const SResult initialised = kelsd::CKelSLP::Initialize();
-  if (initialised.IsNotOk()) {
+  if (const SResult initialised = Initialize(); initialised.IsNotOk()) {
     return console.Fail(initialised);
   }
   return ApplyClientConfig(console);
+}
+
+SResult SearchSession::Initialize() const {
+  UseConfiguration();
+  return kelsd::CKelSLP::Initialize();
 }
 
 std::optional<ExitStatus> SearchSession::ApplyClientConfig(Console& console) {

@@ -25,11 +25,13 @@ class SearchSession {
   /// went well, else the status to leave with; the reason has been printed then.
   std::optional<ExitStatus> Open(Console& console);
 
+  /// The two halves of Open, for verbs that tell of a failing initialisation themselves.
+  kelsd::SResult Initialize() const;
+  std::optional<ExitStatus> ApplyClientConfig(Console& console);
+
   bool json() const { return json_; }
 
  private:
-  std::optional<ExitStatus> ApplyClientConfig(Console& console);
-
   std::string config_file_;
   bool json_ = false;
   std::optional<int> timeout_;

@@ -88,6 +88,7 @@ TEST_F(ToolDoctor, TellsThatTheFileIsMissingAndLeavesItSo) {
   EXPECT_EQ(missing.status, 1);
   EXPECT_THAT(missing.output, HasSubstr("problem  configuration file found: " + configuration_file() +
                                         " is no file.\n         advice: The first registration creates it"));
+  EXPECT_THAT(missing.output, HasSubstr("\nok       properties readable\nok       settings as required\n"));
   EXPECT_FALSE(std::filesystem::exists(configuration_file()));
 
   unsetenv("OpenSLPConfig");

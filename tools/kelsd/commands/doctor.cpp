@@ -1,6 +1,7 @@
 // kelsd doctor: what is wrong with service discovery on this host, and what to do about it.
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -12,6 +13,7 @@
 #include "hints.h"
 #include "kelsd/CKelSLPClient.h"
 #include "kelsd/CKelSLPService.h"
+#include "printable_text.h"
 #include "progress.h"
 #include "search_session.h"
 #include "service_settings.h"
@@ -19,6 +21,7 @@
 namespace kelsd_tool {
 namespace {
 
+using kelsd::CKelSLPClientConfig;
 using kelsd::CKelSLPConfig;
 using kelsd::CKelSLPService;
 using kelsd::CKelSLPServiceConfig;
@@ -70,14 +73,8 @@ bool CheckFile(Findings& findings) {
   return true;
 }
 
-void CheckSettings(Findings& findings) {
-  CKelSLPServiceConfig config;
-  std::vector<SResult> unread;
-  if (const SResult read = CKelSLPService::GetSLPServiceConfig(config, unread); read.IsNotOk()) {
-    findings.push_back(Problem("configuration file used", read));
-    return;
-  }
-  findings.push_back({"configuration file used", true, "", ""});
+void Judge(const std::vector<SResult>& unread,
+           const std::map<CKelSLPConfig::EProperty, std::string>& deviations, Findings& findings) {
   for (const SResult& problem : unread) {
     findings.push_back(
         {"properties readable", false, problem.ToString(), HintFor(SResult::ERR_PROPERTY_PARSE)});
@@ -85,7 +82,6 @@ void CheckSettings(Findings& findings) {
   if (unread.empty()) {
     findings.push_back({"properties readable", true, "", ""});
   }
-  const auto deviations = config.Validate();
   for (const auto& [property, text] : deviations) {
     const std::string key = CKelSLPConfig::ToStringKey(property);
     std::string advice = "Correct " + key + " in the configuration file, then: kelsd slpd restart";
@@ -101,6 +97,27 @@ void CheckSettings(Findings& findings) {
   }
 }
 
+void CheckSettings(Findings& findings) {
+  CKelSLPServiceConfig config;
+  std::vector<SResult> unread;
+  if (const SResult read = CKelSLPService::GetSLPServiceConfig(config, unread); read.IsNotOk()) {
+    findings.push_back(Problem("configuration file used", read));
+    return;
+  }
+  findings.push_back({"configuration file used", true, "", ""});
+  Judge(unread, config.Validate(), findings);
+}
+
+// The daemon's settings are those of a file, and reading them would create one.
+void CheckSearchSettings(Findings& findings) {
+  CKelSLPClientConfig config;
+  std::vector<SResult> unread;
+  if (const SResult read = kelsd::CKelSLPClient::GetSLPClientConfig(config, unread); read.IsNotOk()) {
+    findings.push_back(Problem("properties readable", read));
+    return;
+  }
+  Judge(unread, config.Validate(), findings);
+}
 bool CheckRunning(Findings& findings) {
   bool running = false;
   if (const SResult asked = CKelSLPService::IsSLPDRunning(running); asked.IsNotOk()) {
@@ -123,7 +140,7 @@ void CheckAnswer(const std::string& check, const std::string& address, const std
   } else {
     std::string urls;
     for (const SKelServiceSearchResult& agent : agents) {
-      urls += (urls.empty() ? "" : ", ") + agent.URL;
+      urls += (urls.empty() ? "" : ", ") + PrintableText(agent.URL);
     }
     findings.push_back({check, true, urls, ""});
   }
@@ -151,22 +168,29 @@ void Print(Console& console, const Findings& findings, bool json) {
 }
 
 // 1. The library must work at all.
-// 2. The configuration file, and what it says.
+// 2. The configuration file, and what it says; without one, what searches use.
 // 3. The daemon, and whether it answers; one that does not run need not be asked.
 ExitStatus Diagnose(SearchSession& session, Console& console) {
-  if (const std::optional<ExitStatus> status = session.Open(console)) {
+  if (const SResult initialised = session.Initialize(); initialised.IsNotOk()) {
+    Print(console, {Problem("library initialised", initialised)}, session.json());
+    return kFailure;
+  }
+  if (const std::optional<ExitStatus> status = session.ApplyClientConfig(console)) {
     return *status;
   }
   Findings findings = {{"library initialised", true, "", ""}};
   if (CheckFile(findings)) {
     CheckSettings(findings);
+  } else {
+    CheckSearchSettings(findings);
   }
   if (CheckRunning(findings)) {
     const Progress progress("Asking slpd");
-    CheckAnswer("slpd answers by unicast", kLoopback,
-                "Check that net.slp.interfaces is empty or names 127.0.0.1 too, that the daemon was started "
-                "with this configuration file (kelsd slpd restart), and that no firewall closes the port.",
-                findings);
+    CheckAnswer(
+        "slpd answers by unicast", kLoopback,
+        "Check that the daemon was started with this configuration file (kelsd slpd restart), and that no "
+        "firewall closes the port.",
+        findings);
     CheckAnswer("slpd answers by multicast", "",
                 "Check that the network interface allows multicast to 239.255.255.253, that no firewall "
                 "drops it, and the addresses in net.slp.interfaces.",
