@@ -3,6 +3,7 @@
 #include "stop_request.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -68,9 +69,12 @@ StopRequest::~StopRequest() {
 }
 
 void StopRequest::Wait() {
-  char byte = 0;
-  while (read(request_pipe[0], &byte, 1) < 0 && errno == EINTR) {
+  // Unlike read, poll returns for every signal, so that a handler whose call was put off gets its turn.
+  pollfd request{request_pipe[0], POLLIN, 0};
+  while (poll(&request, 1, -1) < 0 && errno == EINTR) {
   }
+  char byte = 0;
+  [[maybe_unused]] const ssize_t taken = read(request_pipe[0], &byte, 1);
 }
 
 void StopRequest::Raise() {
