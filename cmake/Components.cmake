@@ -25,8 +25,6 @@ function(kelsd_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE kelsd_warnings ${arg_USES} GTest::gmock_main)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  if(NOT CMAKE_CROSSCOMPILING)
-    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-      PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
-  endif()
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
 endfunction()

@@ -7,6 +7,9 @@ build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-j
 # exported symbols and the checker of the source style.
 test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix binutils clang-format)
 
+# What runs the Windows test programs.
+windows_packages=(wine wine64)
+
 # What the sanitizer and lint runs need besides.
 lint_packages=(clang-tidy)
 

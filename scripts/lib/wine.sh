@@ -1,0 +1,27 @@
+# A Wine prefix of the scripts' own: no display, nothing of the user's Wine, quiet. Sourced, not run.
+
+# enter_wine_prefix FOLDER: what this shell starts from here on runs in the prefix FOLDER, which is made if need be. Two
+# shells may do so at the same time. Nothing is left to do where the caller is in that prefix already.
+enter_wine_prefix() {
+  [ "${WINEPREFIX:-}" = "$1" ] && return 0
+  mkdir -p "$1"
+  # No first-run offers of browsers and runtimes, no menu entries, no links from the prefix to the user's folders.
+  export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=-all HOME=$1 WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
+  unset DISPLAY WAYLAND_DISPLAY
+  (
+    flock 9
+    # The first program in a prefix makes its files, and with each new server it starts the prefix's services. They
+    # would hold on to its output for good, so it isn't the program that somebody reads from. The server ends a
+    # minute after the last program.
+    if wineserver -p60 9>&-; then
+      wine wineboot --init </dev/null >"$1/wineboot.log" 2>&1 9>&-
+    fi
+  ) 9>"$1/lock" 2>/dev/null
+}
+
+# end_wine_prefix FOLDER: ends what still runs in the prefix, its server among it, and waits for that.
+end_wine_prefix() {
+  [ -d "$1" ] || return 0
+  WINEPREFIX=$1 wineserver -k || true
+  WINEPREFIX=$1 wineserver -w || true
+}
