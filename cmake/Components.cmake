@@ -9,12 +9,12 @@ function(kelsd_component name)
   target_link_libraries(${name} PRIVATE kelsd_warnings PUBLIC ${arg_USES})
 endfunction()
 
-# kelsd_test(NAME SOURCES ... USES ... [TIMEOUT SECONDS] [LABELS ...])
+# kelsd_test(NAME [SERIAL] SOURCES ... USES ... [TIMEOUT SECONDS] [LABELS ...])
 #
 # One GoogleTest program; each of its tests runs in a process of its own, so that process-wide state
-# starts fresh in every test.
+# starts fresh in every test. SERIAL keeps other tests from running beside them.
 function(kelsd_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;USES;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;USES;LABELS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
@@ -25,6 +25,8 @@ function(kelsd_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE kelsd_warnings ${arg_USES} GTest::gmock_main)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}")
+  if(NOT CMAKE_CROSSCOMPILING)
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+      PROPERTIES TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL} LABELS "${arg_LABELS}")
+  endif()
 endfunction()
