@@ -13,6 +13,9 @@ windows_packages=(wine wine64)
 # What the sanitizer and lint runs need besides.
 lint_packages=(clang-tidy)
 
+# What the fuzz targets need besides: the compiler with libFuzzer and the sanitizers' libraries.
+fuzz_packages=(clang libclang-rt-dev)
+
 # need_packages NAME...: installs those that are missing and says which; without the right to, says what to run.
 need_packages() {
   local missing=() package

@@ -1,0 +1,8 @@
+// Attribute requests and replies (RFC 2608 sections 10.3 and 10.4).
+#include "fuzz/fuzz_target.h"
+#include "fuzz/message_check.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  slp::fuzz::CheckMessage(data, size, {slp::FunctionId::kAttrRqst, slp::FunctionId::kAttrRply});
+  return 0;
+}
