@@ -80,11 +80,10 @@ constexpr PropertyInfo ReadOnly(PropertyInfo property) {
 }
 
 constexpr PropertyInfo kCatalogue[] = {
-    WithoutEffect(Flag("net.slp.isDA", "false",
-                       "be a directory agent; the daemon says that it cannot, and stays a service agent")),
-    WithoutEffect(Number("net.slp.DAHeartBeat", "10800", 1, kUnbounded,
-                         "seconds between two unsolicited advertisements of a directory agent")),
-    WithoutEffect(Attributes("net.slp.DAAttributes", "", "attribute list that a directory agent advertises")),
+    Flag("net.slp.isDA", "false", "be a directory agent, too"),
+    Number("net.slp.DAHeartBeat", "10800", 1, kUnbounded,
+           "seconds between two unsolicited advertisements of a directory agent"),
+    Attributes("net.slp.DAAttributes", "", "attribute list that a directory agent advertises"),
     Scopes("net.slp.useScopes", "DEFAULT", "scopes that are served, registered in and searched by default"),
     WithoutEffect(List("net.slp.DAAddresses", "", "directory agents that are used without looking for them")),
     WithoutEffect(Flag("net.slp.traceDATraffic", "false", "log the traffic with directory agents")),
@@ -125,9 +124,9 @@ constexpr PropertyInfo kCatalogue[] = {
     WithoutEffect(Flag("net.slp.preferSLPv1", "false", "ask by version 1 of the protocol first")),
     WithoutEffect(Flag("net.slp.securityEnabled", "false", "sign messages and check signatures")),
     Flag("net.slp.watchRegistrationPID", "true", "drop registrations whose process has ended"),
-    WithoutEffect(Flag("net.slp.checkSourceAddr", "true",
-                       "as a directory agent, take registrations only from the host that they name; a "
-                       "service agent takes those of its own host alone")),
+    Flag("net.slp.checkSourceAddr", "true",
+         "as a directory agent, take registrations from other hosts only for their own address; a service "
+         "agent takes those of its own host alone"),
     WithoutEffect(Flag("net.slp.useDHCP", "true", "ask DHCP for scopes and directory agents")),
     WithoutEffect(Number("net.slp.staleDACheckPeriod", "0", 0, kUnbounded,
                          "seconds between two checks whether directory agents still answer; 0: never")),

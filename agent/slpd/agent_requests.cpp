@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "slpd/directory/advertisement.h"
 #include "slpd/request_context.h"
 #include "slpd/request_lists.h"
 #include "text/escape.h"
@@ -33,12 +34,9 @@ std::string ServiceAgentAttributes(const RequestContext& context) {
   return list.ToString();
 }
 
-std::string ServiceAgentUrl(const RequestContext& context) {
-  std::string address = context.origin.local_address;
-  if (address.empty() && !context.settings.own_addresses.empty()) {
-    address = context.settings.own_addresses.front();
-  }
-  return "service:service-agent://" + address;
+std::string AdvertisedAddress(const RequestContext& context) {
+  const std::vector<std::string>& own = context.settings.own_addresses;
+  return !context.origin.local_address.empty() || own.empty() ? context.origin.local_address : own.front();
 }
 
 }  // namespace
@@ -65,9 +63,11 @@ Answer AnswerServiceAgentRequest(const RequestContext& context, const SrvRqst& r
   if (!parsed || !predicate->Matches(*parsed)) {
     return ErrorAnswer(FunctionId::kSrvRqst, Error::kOk);
   }
-  Message advert{
-      Header{.language = context.header.language, .extensions = {}},
-      SaAdvert{ServiceAgentUrl(context), JoinStringList(context.settings.scopes), std::move(attributes), {}}};
+  Message advert{Header{.language = context.header.language, .extensions = {}},
+                 SaAdvert{"service:service-agent://" + AdvertisedAddress(context),
+                          JoinStringList(context.settings.scopes),
+                          std::move(attributes),
+                          {}}};
   const auto fits = [&] {
     const Result<Bytes> bytes = Encode(advert);
     return bytes && bytes->size() <= context.limit;
@@ -81,10 +81,31 @@ Answer AnswerServiceAgentRequest(const RequestContext& context, const SrvRqst& r
   return Reply{std::move(advert.body)};
 }
 
-// Only a directory agent answers with an advertisement; a service agent that is asked by unicast says that it
-// knows of none (RFC 2608 section 8.2).
-Answer AnswerDirectoryAgentRequest(const RequestContext&, const SrvRqst&) {
-  return ErrorAnswer(FunctionId::kSrvRqst, Error::kOk);
+// 1. Only a directory agent answers with an advertisement; a service agent that is asked by unicast says that
+// it knows of none (RFC 2608 section 8.2).
+// 2. What is wrong with a request is told in the advertisement's error code (section 8.5). Scopes may be left
+// out, but if there are some, one must be served (sections 11.2 and 12.1).
+// 3. The predicate is compared with the agent's attributes; where they don't satisfy it, there is no
+// advertisement.
+Answer AnswerDirectoryAgentRequest(const RequestContext& context, const SrvRqst& request) {
+  const AgentSettings& settings = context.settings;
+  if (!settings.directory_agent) {
+    return ErrorAnswer(FunctionId::kSrvRqst, Error::kOk);
+  }
+  DaAdvert advert = MakeAdvertisement(settings, AdvertisedAddress(context));
+  const Result<Predicate> predicate = Predicate::Parse(request.predicate);
+  const Result<AttributeList> attributes = AttributeList::Parse(advert.attributes);
+  if (!predicate || !attributes) {
+    advert.error = Error::kParseError;
+  } else if (!SplitStringList(request.scopes).empty() &&
+             ServedScopes(request.scopes, settings.scopes).empty()) {
+    advert.error = Error::kScopeNotSupported;
+  } else if (!Trim(request.spi).empty()) {
+    advert.error = Error::kAuthenticationUnknown;
+  } else if (!predicate->Matches(*attributes)) {
+    return ErrorAnswer(FunctionId::kSrvRqst, Error::kOk);
+  }
+  return Reply{std::move(advert)};
 }
 
 }  // namespace slp

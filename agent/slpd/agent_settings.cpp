@@ -62,6 +62,13 @@ AgentSettings AgentSettings::From(const Properties& properties) {
       AttributeList::Parse(attributes)) {
     settings.service_agent_attributes = std::move(attributes);
   }
+  settings.directory_agent = properties.GetBool("net.slp.isDA");
+  if (std::string attributes = properties.GetString("net.slp.DAAttributes");
+      AttributeList::Parse(attributes)) {
+    settings.directory_agent_attributes = std::move(attributes);
+  }
+  settings.heartbeat = Seconds(properties.GetInt("net.slp.DAHeartBeat"));
+  settings.check_source_address = properties.GetBool("net.slp.checkSourceAddr");
   settings.registration_file = PathOf(properties.GetString("net.slp.serializedRegURL"));
   settings.trace_messages = properties.GetBool("net.slp.traceMsg");
   settings.trace_drops = properties.GetBool("net.slp.traceDrop");

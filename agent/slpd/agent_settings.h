@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "properties/properties.h"
+#include "slpd/seconds.h"
 
 namespace slp {
 
@@ -17,6 +19,11 @@ struct AgentSettings {
   std::string service_agent_attributes;  ///< net.slp.SAAttributes; empty when the property does not parse
   std::string registration_file;         ///< net.slp.serializedRegURL without "file://"; empty: none
 
+  bool directory_agent = false;            ///< net.slp.isDA
+  std::string directory_agent_attributes;  ///< net.slp.DAAttributes; empty when the property does not parse
+  Seconds heartbeat{10800};                ///< net.slp.DAHeartBeat
+  bool check_source_address = true;        ///< net.slp.checkSourceAddr
+
   bool trace_messages = false;
   bool trace_drops = false;
   bool trace_registrations = false;
@@ -25,7 +32,11 @@ struct AgentSettings {
   /// one stands in the URL of advertisements. No property: whoever owns the sockets fills it in.
   std::vector<std::string> own_addresses;
 
-  /// Everything but own_addresses.
+  /// Since when, in seconds since 1970, this directory agent has kept what was registered with it. No
+  /// property: whoever owns the clock fills it in.
+  std::uint32_t boot_timestamp = 0;
+
+  /// Everything but own_addresses and boot_timestamp.
   static AgentSettings From(const Properties& properties);
 };
 

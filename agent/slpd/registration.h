@@ -11,10 +11,12 @@
 
 namespace slp {
 
-/// Who made a registration, so that a reload of the registration file replaces the file's alone.
+/// Who made a registration, so that a reload of the registration file replaces the file's alone, and only the
+/// own host's services are registered with directory agents.
 enum class RegistrationSource : std::uint8_t {
-  kMessage,
+  kMessage,  ///< a program of the own host
   kFile,
+  kAgent,  ///< another host's service agent, which keeps its services with this directory agent
 };
 
 /// The lifetime that means "until the agent ends" in a registration file (RFC 2614 section 2.3).

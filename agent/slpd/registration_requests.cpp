@@ -1,4 +1,5 @@
-// Registrations and deregistrations from local programs (RFC 2608 sections 8.3, 8.4, 9.3 and 10.6).
+// Registrations and deregistrations from local programs and, for a directory agent, from other hosts (RFC
+// 2608 sections 8.3, 8.4, 9.3 and 10.6).
 #include <string>
 #include <utility>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "slpd/process_binding.h"
 #include "slpd/request_context.h"
 #include "slpd/request_lists.h"
+#include "text/service_url.h"
 #include "text/string_list.h"
 
 namespace slp {
@@ -15,7 +17,8 @@ namespace {
 /// id.
 Result<std::uint32_t> BoundProcess(const RequestContext& context, const std::string& url) {
   const Result<std::uint32_t> process_id = ProcessIdOf(context.header.extensions);
-  if (!process_id || *process_id == 0 || !context.settings.watch_registration_pid) {
+  if (!process_id || *process_id == 0 || !context.settings.watch_registration_pid ||
+      !context.origin.own_host) {
     return process_id ? Result<std::uint32_t>(0U) : process_id;
   }
   if (context.process_exists && !context.process_exists(*process_id)) {
@@ -25,10 +28,37 @@ Result<std::uint32_t> BoundProcess(const RequestContext& context, const std::str
   return process_id;
 }
 
+/// Whether the text is a numeric IPv4 address; names can be compared with no sender.
+bool IsAddress(std::string_view host) {
+  return !host.empty() && host.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
+/// kOk when the sender may change what is registered under `url`. The own host may, whatever its URLs name.
+/// Other hosts may with a directory agent, when they stand in one of its networks, and by
+/// net.slp.checkSourceAddr only what names no address but theirs.
+Error CheckSender(const RequestContext& context, const std::string& url) {
+  if (context.origin.own_host) {
+    return Error::kOk;
+  }
+  if (!context.settings.directory_agent || !context.origin.own_network) {
+    return Error::kMessageNotSupported;
+  }
+  const Result<ServiceUrl> parsed = ParseServiceUrl(url);
+  const bool names_another = parsed && IsAddress(parsed->host) && parsed->host != context.origin.address;
+  return context.settings.check_source_address && names_another ? Error::kInvalidRegistration : Error::kOk;
+}
+
+/// Another agent of this host, confined to an address of its own, registers from there.
+RegistrationSource SourceOf(const RequestContext& context) {
+  const RequestOrigin& origin = context.origin;
+  const bool own_program = origin.own_host && (origin.address == "127.0.0.1" ||
+                                               ListContains(context.settings.own_addresses, origin.address));
+  return own_program ? RegistrationSource::kMessage : RegistrationSource::kAgent;
+}
+
 }  // namespace
 
-// 1. Never from a group, and only from the own host: a service agent serves the programs of its host,
-// whatever address their URLs name.
+// 1. Never from a group, and only from who may.
 // 2. Signatures cannot be verified here, so what carries them is refused (RFC 2608 section 8.5).
 // 3. It is registered in those of its scopes that are served; there must be one.
 // 4. Fresh: it replaces; else it updates what is there (RFC 2608 section 9.3).
@@ -37,8 +67,8 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
   if (context.multicast) {
     return Silence{"registration sent to a group"};
   }
-  if (!context.origin.own_host) {
-    return acknowledge(Error::kMessageNotSupported);
+  if (const Error error = CheckSender(context, request.url.url); error != Error::kOk) {
+    return acknowledge(error);
   }
   if (!request.url.authentication.empty() || !request.authentication.empty()) {
     return acknowledge(Error::kAuthenticationUnknown);
@@ -60,21 +90,20 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
                                   .lifetime = request.url.lifetime,
                                   .permanent = false,
                                   .process_id = *process_id,
-                                  .source = RegistrationSource::kMessage};
+                                  .source = SourceOf(context)};
   return acknowledge(context.header.fresh ? context.registry.Register(registration, context.now)
                                           : context.registry.Update(registration, context.now));
 }
 
-// 1. Never from a group, and only from the own host: a service agent serves the programs of its host,
-// whatever address their URLs name.
+// 1. Never from a group, and only from who may.
 // 2. The tags must parse; without any the whole service goes.
 Answer AnswerDeregistration(const RequestContext& context, const SrvDereg& request) {
   const auto acknowledge = [](Error error) { return ErrorAnswer(FunctionId::kSrvDereg, error); };
   if (context.multicast) {
     return Silence{"deregistration sent to a group"};
   }
-  if (!context.origin.own_host) {
-    return acknowledge(Error::kMessageNotSupported);
+  if (const Error error = CheckSender(context, request.url.url); error != Error::kOk) {
+    return acknowledge(error);
   }
   const Result<std::vector<std::string>> tags = ParseTagList(request.tags);
   if (!tags) {

@@ -41,9 +41,8 @@ Error Registry::Register(const Registration& registration, Instant now) {
   }
 
   const EntryId earlier = store.services.FindVariant(registration.url, registration.language);
-  const bool from_message = registration.source == RegistrationSource::kMessage;
-  if (earlier != kNoEntry && !from_message &&
-      store.services[earlier].source == RegistrationSource::kMessage) {
+  const bool from_message = registration.source != RegistrationSource::kFile;
+  if (earlier != kNoEntry && !from_message && store.services[earlier].source != RegistrationSource::kFile) {
     store.Cover(registration, now);
     return Error::kOk;
   }

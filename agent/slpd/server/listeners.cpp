@@ -125,6 +125,19 @@ void Listeners::Close() {
   plan_ = {};
 }
 
+void Listeners::SendToAll(bool broadcast,
+                          const std::function<Bytes(const std::string& address)>& message) const {
+  for (const auto& [key, place] : places_) {
+    const bool by_broadcast = broadcast && !plan_.broadcast.is_unspecified() && !key.first.is_loopback();
+    if (place.in_group) {
+      // One that an interface does not take is sent again later, as one that is lost.
+      static_cast<void>(place.unicast->Send(
+          message(key.first.to_string()),
+          {by_broadcast ? plan_.broadcast : asio::ip::address(kMulticastGroup), plan_.port}));
+    }
+  }
+}
+
 std::vector<std::string> Listeners::ServedEndpoints() const {
   std::vector<std::string> endpoints;
   for (const ListenPlace& place : plan_.places) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <asio/io_context.hpp>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -31,6 +32,10 @@ class Listeners {
   [[nodiscard]] bool Apply(const ListenPlan& plan, std::vector<std::string>& problems);
 
   void Close();
+
+  /// Sends what `message` returns for an address to the SLP group, or to the broadcast address where there is
+  /// one to be used, by each place that hears the group.
+  void SendToAll(bool broadcast, const std::function<Bytes(const std::string& address)>& message) const;
 
   /// "127.0.0.1:427", in the plan's order.
   std::vector<std::string> ServedEndpoints() const;

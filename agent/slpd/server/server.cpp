@@ -39,7 +39,17 @@ std::string Joined(const std::vector<std::string>& texts, std::string_view separ
   return joined;
 }
 
+std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::optional<Instant>& other) {
+  return one && other ? std::min(one, other) : (one ? one : other);
+}
+
 }  // namespace
+
+std::uint32_t Server::SecondsSince1970() {
+  return static_cast<std::uint32_t>(
+      std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
+          .count());
+}
 
 void Server::Events::OnRegistration(RegistrationEvent event, const RegistrationView& registration) {
   Trace::OnRegistration(event, registration);
@@ -48,15 +58,18 @@ void Server::Events::OnRegistration(RegistrationEvent event, const RegistrationV
   }
 }
 
-Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits)
+Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits,
+               WallClock wall_clock)
     : io_(io),
       log_(log),
       clock_(std::move(clock)),
+      wall_clock_(std::move(wall_clock)),
       events_(log, processes_to_review_),
       registry_(events_),
       process_watch_(io, [this](std::uint32_t process_id) { OnProcessEnded(process_id); }),
       listeners_(io, *this, limits),
-      expiry_timer_(io) {}
+      directory_traffic_(listeners_),
+      timer_(io) {}
 
 Server::~Server() {
   Stop();
@@ -71,7 +84,6 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
   // Registrations of the file are complete before the first request is taken (RFC 2614 section 2.4).
   configuration_ = configuration;
   events_.Configure(configuration.settings);
-  TellOfUnavailableRole(configuration.properties);
   LoadRegistrations(configuration.settings);
 
   std::vector<std::string> problems;
@@ -87,7 +99,8 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
   Settle();
   address_watch_ = std::make_unique<AddressWatch>(io_, [this] { FollowInterfaces(); });
   log_.Write(LogKind::kState, "slpd: ready on " + Joined(listeners_.ServedEndpoints(), ", ") + ", scopes " +
-                                  Joined(configuration.settings.scopes, ","));
+                                  Joined(configuration.settings.scopes, ",") +
+                                  (configuration.settings.directory_agent ? ", as directory agent" : ""));
   return true;
 }
 
@@ -109,7 +122,6 @@ bool Server::Reload(const Configuration& configuration, std::string& reason) {
     log_.Write(LogKind::kProblem, problem);
   }
   configuration_ = configuration;
-  TellOfUnavailableRole(configuration.properties);
   ApplySettings(configuration.settings);
   LoadRegistrations(configuration.settings);
   Settle();
@@ -130,6 +142,7 @@ void Server::FollowInterfaces() {
       log_.Write(LogKind::kProblem, problem);
     }
     ApplySettings(configuration_.settings);
+    Settle();
     log_.Write(LogKind::kState,
                "slpd: interfaces changed, serving " + Joined(listeners_.ServedEndpoints(), ", "));
   }
@@ -137,8 +150,9 @@ void Server::FollowInterfaces() {
 
 void Server::Stop() {
   address_watch_.reset();
+  directory_traffic_.Leave();
   listeners_.Close();
-  expiry_timer_.cancel();
+  timer_.cancel();
   armed_for_.reset();
 }
 
@@ -182,21 +196,22 @@ const std::vector<Interface>& Server::HostInterfaces() {
 
 void Server::Settle() {
   ReviewProcesses();
-  ArmExpiry();
+  directory_traffic_.Tick(clock_());
+  ArmTimer();
 }
 
-void Server::ArmExpiry() {
-  const std::optional<Instant> next = registry_.NextExpiry();
+void Server::ArmTimer() {
+  const std::optional<Instant> next = Earlier(registry_.NextExpiry(), directory_traffic_.NextDue());
   if (next == armed_for_) {
     return;
   }
   armed_for_ = next;
   if (!next) {
-    expiry_timer_.cancel();
+    timer_.cancel();
     return;
   }
-  expiry_timer_.expires_after(std::max(Instant(0), *next - clock_()));
-  expiry_timer_.async_wait([this](const asio::error_code& error) {
+  timer_.expires_after(std::max(Instant(0), *next - clock_()));
+  timer_.async_wait([this](const asio::error_code& error) {
     if (!error) {
       Tick();
     }
@@ -226,15 +241,15 @@ void Server::OnProcessEnded(std::uint32_t process_id) {
 void Server::ApplySettings(const AgentSettings& settings) {
   AgentSettings complete = settings;
   complete.own_addresses = listeners_.ServedAddresses();
+  if (!settings.directory_agent) {
+    boot_timestamp_ = 0;
+  } else if (boot_timestamp_ == 0) {
+    boot_timestamp_ = wall_clock_();
+  }
+  complete.boot_timestamp = boot_timestamp_;
   handler_->SetSettings(complete);
   events_.Configure(complete);
-}
-
-void Server::TellOfUnavailableRole(const Properties& properties) {
-  if (properties.GetBool("net.slp.isDA")) {
-    log_.Write(LogKind::kProblem,
-               "isDA: the directory agent role is not available; running as a service agent");
-  }
+  directory_traffic_.Apply(complete, configuration_.properties.GetBool("net.slp.isBroadcastOnly"), clock_());
 }
 
 void Server::LoadRegistrations(const AgentSettings& settings) {

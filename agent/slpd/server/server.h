@@ -18,6 +18,7 @@
 #include "slpd/request_handler.h"
 #include "slpd/server/configuration.h"
 #include "slpd/server/connection_limits.h"
+#include "slpd/server/directory_traffic.h"
 #include "slpd/server/listeners.h"
 #include "slpd/server/log.h"
 #include "slpd/server/message_receiver.h"
@@ -31,8 +32,12 @@ class Server : private MessageReceiver {
   /// A clock that never goes back.
   using Clock = std::function<Instant()>;
 
+  /// Seconds since 1970.
+  using WallClock = std::function<std::uint32_t()>;
+
   /// `io` and `log` outlive the server.
-  Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits = {});
+  Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits = {},
+         WallClock wall_clock = SecondsSince1970);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
   ~Server() override;
@@ -46,7 +51,10 @@ class Server : private MessageReceiver {
   /// sockets change only where interfaces or port do.
   [[nodiscard]] bool Reload(const Configuration& configuration, std::string& reason);
 
+  /// Says farewell, where it is a directory agent, and closes all sockets.
   void Stop();
+
+  static std::uint32_t SecondsSince1970();
 
   /// Does what is due by the clock and sets the timer anew. Only needed when the clock was moved by hand.
   void Tick();
@@ -73,24 +81,26 @@ class Server : private MessageReceiver {
   RequestOrigin OriginOf(const Sender& sender);
   const std::vector<Interface>& HostInterfaces();
   void Settle();
-  void ArmExpiry();
+  void ArmTimer();
   void ReviewProcesses();
   void OnProcessEnded(std::uint32_t process_id);
   void ApplySettings(const AgentSettings& settings);
-  void TellOfUnavailableRole(const Properties& properties);
   void LoadRegistrations(const AgentSettings& settings);
 
   asio::io_context& io_;
   Log& log_;
   Clock clock_;
+  WallClock wall_clock_;
+  std::uint32_t boot_timestamp_ = 0;
   std::vector<std::uint32_t> processes_to_review_;
   Events events_;
   Registry registry_;
   ProcessWatch process_watch_;
   Listeners listeners_;
+  DirectoryTraffic directory_traffic_;
   std::unique_ptr<RequestHandler> handler_;
   Configuration configuration_;
-  asio::steady_timer expiry_timer_;
+  asio::steady_timer timer_;
   std::optional<Instant> armed_for_;
   std::vector<Interface> host_interfaces_;
   std::optional<Instant> host_interfaces_since_;

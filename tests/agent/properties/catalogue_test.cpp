@@ -105,7 +105,6 @@ TEST(CatalogueTest, SaysWhatIsWithoutEffect) {
   }
   EXPECT_THAT(without_effect,
               testing::UnorderedElementsAre(
-                  "net.slp.isDA", "net.slp.checkSourceAddr", "net.slp.DAHeartBeat", "net.slp.DAAttributes",
                   "net.slp.DAAddresses", "net.slp.traceDATraffic", "net.slp.passiveDADetection",
                   "net.slp.activeDADetection", "net.slp.DAActiveDiscoveryInterval",
                   "net.slp.DADiscoveryMaximumWait", "net.slp.DADiscoveryTimeouts", "net.slp.datagramTimeouts",

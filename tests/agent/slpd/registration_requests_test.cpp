@@ -61,24 +61,20 @@ TEST(RegistrationRequestsTest, WhatIsMalformedIsRefused) {
 }
 
 struct OwnHostCase {
-  const char* is_da;
   const char* check_source_address;
   RequestOrigin origin;
 };
 
-TEST(RegistrationRequestsTest, OnlyTheOwnHostRegistersWhateverTheProperties) {
+TEST(RegistrationRequestsTest, OnlyTheOwnHostRegistersWithAServiceAgent) {
   const SrvDereg deregistration{"DEFAULT", {0, kUrl, {}}, ""};
   std::vector<OwnHostCase> cases;
   for (const RequestOrigin& origin : {kNeighbour, kStranger, kStreamPeer}) {
-    cases.push_back({"false", "true", origin});
-    cases.push_back({"false", "false", origin});
-    cases.push_back({"true", "true", origin});
-    cases.push_back({"true", "false", origin});
+    cases.push_back({"true", origin});
+    cases.push_back({"false", origin});
   }
   for (const OwnHostCase& row : cases) {
     DaemonLogic daemon;
     Properties properties;
-    properties.Set("net.slp.isDA", row.is_da);
     properties.Set("net.slp.checkSourceAddr", row.check_source_address);
     daemon.handler.SetSettings(AgentSettings::From(properties));
     EXPECT_EQ(daemon.Ask(Fresh(MakeSrvReg(kUrl, "service:x")), row.origin),

@@ -11,6 +11,7 @@
 #include <asio/write.hpp>
 #include <chrono>
 
+#include "net/listen_sockets.h"
 #include "wire/codec.h"
 
 namespace slp {
@@ -70,6 +71,34 @@ std::optional<Bytes> AskGroup(const udp::endpoint& group, const Bytes& request, 
   socket.set_option(asio::ip::multicast::outbound_interface(asio::ip::address_v4::loopback()));
   socket.set_option(asio::ip::multicast::hops(0));
   return Ask(io, socket, group, request, replier, limit_ms);
+}
+
+GroupListener::GroupListener(const udp::endpoint& group) {
+  const auto loopback = asio::ip::address_v4::loopback();
+  socket_.open(udp::v4());
+  socket_.set_option(asio::socket_base::reuse_address(true));
+  socket_.bind({kUnicastSocketHearsGroup ? asio::ip::address(asio::ip::address_v4::any()) : group.address(),
+                group.port()});
+  socket_.set_option(asio::ip::multicast::join_group(group.address().to_v4(), loopback));
+}
+
+std::optional<Bytes> GroupListener::Receive(int limit_ms) {
+  Bytes buffer(65536);
+  std::optional<Bytes> received;
+  udp::endpoint sender;
+  socket_.async_receive_from(
+      asio::buffer(buffer), sender, [&](const asio::error_code& error, std::size_t size) {
+        if (!error) {
+          received = Bytes(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(size));
+        }
+      });
+  io_.restart();
+  io_.run_for(std::chrono::milliseconds(limit_ms));
+  if (!io_.stopped()) {
+    socket_.cancel();
+    io_.run();
+  }
+  return received;
 }
 
 TcpClient::TcpClient(const asio::ip::tcp::endpoint& where, const std::string& source) {

@@ -21,6 +21,19 @@ std::optional<Bytes> AskUdp(const asio::ip::udp::endpoint& where, const Bytes& r
 std::optional<Bytes> AskGroup(const asio::ip::udp::endpoint& group, const Bytes& request,
                               asio::ip::udp::endpoint& replier, int limit_ms = 5000);
 
+/// One more member of a multicast group on the loopback interface, which hears what is sent to it.
+class GroupListener {
+ public:
+  explicit GroupListener(const asio::ip::udp::endpoint& group);
+
+  /// The next datagram; none when none comes within `limit_ms`.
+  std::optional<Bytes> Receive(int limit_ms);
+
+ private:
+  asio::io_context io_;
+  asio::ip::udp::socket socket_{io_};
+};
+
 /// A TCP connection; each receive has a time limit of some seconds.
 class TcpClient {
  public:

@@ -30,6 +30,8 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
+constexpr std::uint32_t kBootTime = 1'700'000'000;
+
 class ServerTest : public testing::Test {
  protected:
   ServerTest() { Configure({}); }
@@ -52,7 +54,9 @@ class ServerTest : public testing::Test {
   void Start() {
     std::string reason;
     ASSERT_TRUE(loop_.Do([&] {
-      server_ = std::make_unique<Server>(loop_.io(), log_, [this] { return milliseconds(now_ms_); });
+      server_ = std::make_unique<Server>(
+          loop_.io(), log_, [this] { return milliseconds(now_ms_); }, ConnectionLimits(),
+          [] { return kBootTime; });
       return server_->Start(configuration_, reason);
     })) << reason;
   }
@@ -197,22 +201,75 @@ TEST_F(ServerTest, WatchesAProcessOnlyWhileAServiceIsBoundToIt) {
   EXPECT_EQ(WatchedProcesses(), 0U);
 }
 
-TEST_F(ServerTest, SaysThatItIsNoDirectoryAgentAtStartAndReload) {
-  const std::string told =
-      " problem isDA: the directory agent role is not available; running as a service agent\n";
-  Start();
-  EXPECT_THAT(LogText(), Not(HasSubstr(told)));
-  Configure({{"net.slp.isDA", "true"}});
-  std::string reason;
-  EXPECT_TRUE(loop_.Do([&] { return server_->Reload(configuration_, reason); })) << reason;
-  EXPECT_THAT(LogText(), HasSubstr(told));
+Message Advertisement(std::uint16_t xid, std::uint32_t boot_timestamp) {
+  Message message;
+  message.header.xid = xid;
+  message.body = DaAdvert{.error = Error::kOk,
+                          .boot_timestamp = boot_timestamp,
+                          .url = "service:directory-agent://127.0.0.1",
+                          .scopes = "DEFAULT",
+                          .attributes = "(room=7)",
+                          .spi = {},
+                          .authentication = {}};
+  return message;
+}
 
-  loop_.Do([this] {
-    server_.reset();
-    log_text_.str("");
-  });
+// The messages that reach the group, but for requests.
+std::optional<Message> NextAdvertisement(GroupListener& listener, int limit_ms = 5000) {
+  const auto bytes = listener.Receive(limit_ms);
+  if (!bytes) {
+    return std::nullopt;
+  }
+  const Result<Message> message = Decode(*bytes);
+  return message ? std::optional(*message) : std::nullopt;
+}
+
+TEST_F(ServerTest, ADirectoryAgentAdvertisesItselfAtStartByHeartBeatAndAtItsEnd) {
+  GroupListener listener({kMulticastGroup, port_});
+  Configure({{"net.slp.isDA", "true"}, {"net.slp.DAHeartBeat", "60"}, {"net.slp.DAAttributes", "(room=7)"}});
   Start();
-  EXPECT_THAT(LogText(), HasSubstr(told));
+  EXPECT_THAT(LogText(), HasSubstr(", scopes DEFAULT, as directory agent\n"));
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, kBootTime));
+  SetTime(101'999);
+  EXPECT_EQ(NextAdvertisement(listener, 50), std::nullopt);
+  SetTime(102'000);
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, kBootTime));
+  SetTime(106'000);
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, kBootTime));
+  SetTime(165'999);
+  EXPECT_EQ(NextAdvertisement(listener, 50), std::nullopt);
+  SetTime(166'000);
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, kBootTime));
+  loop_.Do([this] { server_->Stop(); });
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, 0));
+}
+
+TEST_F(ServerTest, ADirectoryAgentAnswersTheGroupAndASingleAsker) {
+  Configure({{"net.slp.isDA", "true"}, {"net.slp.DAAttributes", "(room=7)"}});
+  Start();
+  const Bytes request = BytesOf(5, SrvRqst{{}, "service:directory-agent", "", {}, {}});
+  asio::ip::udp::endpoint replier;
+  const auto from_group = AskGroup({kMulticastGroup, port_}, request, replier);
+  ASSERT_TRUE(from_group);
+  EXPECT_EQ(Decode(*from_group).value(), Advertisement(5, kBootTime));
+  const auto alone = AskUdp(Udp(), request);
+  ASSERT_TRUE(alone);
+  EXPECT_EQ(Decode(*alone).value(), Advertisement(5, kBootTime));
+}
+
+TEST_F(ServerTest, AReloadBeginsAndEndsTheRoleOfADirectoryAgent) {
+  GroupListener listener({kMulticastGroup, port_});
+  Configure({{"net.slp.DAAttributes", "(room=7)"}});
+  Start();
+  const auto reload = [&](const char* is_agent) {
+    Configure({{"net.slp.isDA", is_agent}, {"net.slp.DAAttributes", "(room=7)"}});
+    std::string reason;
+    EXPECT_TRUE(loop_.Do([&] { return server_->Reload(configuration_, reason); })) << reason;
+  };
+  reload("true");
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, kBootTime));
+  reload("false");
+  EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, 0));
 }
 
 TEST_F(ServerTest, ARefusedRegistrationLeavesNoWatch) {
