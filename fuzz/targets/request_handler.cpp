@@ -108,7 +108,8 @@ void CheckSession(std::span<const std::uint8_t> input) {
   RequestHandler handler(registry, Settings(), events,
                          [](std::uint32_t process_id) { return process_id != 9; });
   Instant now{0};
-  for (Reader steps(input); steps.remaining() > 0;) {
+  Reader steps(input);
+  while (steps.remaining() > 0 && !steps.failed()) {
     const RequestOrigin& origin = Origins()[steps.U8() % Origins().size()];
     now += Seconds(steps.U8());
     const std::size_t size = steps.U16();
