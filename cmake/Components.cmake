@@ -9,12 +9,14 @@ function(kelsd_component name)
   target_link_libraries(${name} PRIVATE kelsd_warnings PUBLIC ${arg_USES})
 endfunction()
 
-# kelsd_test(NAME [SERIAL] SOURCES ... USES ... [TIMEOUT SECONDS] [LABELS ...])
+# kelsd_test(NAME [SERIAL] SOURCES ... USES ... [ALONE ...] [TIMEOUT SECONDS] [LABELS ...])
 #
 # One GoogleTest program; each of its tests runs in a process of its own, so that process-wide state
-# starts fresh in every test. SERIAL keeps other tests from running beside them.
+# starts fresh in every test. SERIAL keeps other tests from running beside them. ALONE names those of the
+# sources that a unity build compiles by themselves, because they give names of their own to things that others
+# of the program name alike.
 function(kelsd_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;USES;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;USES;ALONE;LABELS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
@@ -23,10 +25,11 @@ function(kelsd_test name)
     math(EXPR arg_TIMEOUT "${arg_TIMEOUT} * 5")
   endif()
   add_executable(${name} ${arg_SOURCES})
+  if(arg_ALONE)
+    set_source_files_properties(${arg_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
   target_link_libraries(${name} PRIVATE kelsd_warnings ${arg_USES} GTest::gmock_main)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  if(NOT CMAKE_CROSSCOMPILING)
-    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-      PROPERTIES TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL} LABELS "${arg_LABELS}")
-  endif()
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL} LABELS "${arg_LABELS}")
 endfunction()

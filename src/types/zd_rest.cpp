@@ -7,7 +7,7 @@
 namespace kelsd {
 namespace {
 
-constexpr AttributeSeed kSeeds[] = {
+constexpr AttributeSeed kZDSeeds[] = {
     {IKelServiceType::ATTR_SERVER_CONNECTION_STATUS, "unknown"},
     {IKelServiceType::ATTR_SERVER_NAME, ""},
     {IKelServiceType::ATTR_SERVER_NS_NAME, ""},
@@ -37,7 +37,7 @@ const ConnectionStatusTable& ConnectionStatuses() {
 
 CKelServiceTypeZDREST::CKelServiceTypeZDREST(const std::string& address, unsigned short lifetime)
     : CKelServiceTypeTamroBase(address, lifetime) {
-  for (const AttributeSeed& seed : kSeeds) {
+  for (const AttributeSeed& seed : kZDSeeds) {
     AddAttribute(seed.tag, seed.value);
   }
 }

@@ -7,7 +7,7 @@
 namespace kelsd {
 namespace {
 
-constexpr AttributeSeed kSeeds[] = {
+constexpr AttributeSeed kZDTerminalSeeds[] = {
     {IKelServiceType::ATTR_OPERATION, ""},
     {IKelServiceType::ATTR_SERVER_MODE, ""},
     {IKelServiceType::ATTR_SERVER_ZD_STATUS, ""},
@@ -31,7 +31,7 @@ constexpr AttributeSeed kSeeds[] = {
 CKelServiceTypeZDTerminalREST::CKelServiceTypeZDTerminalREST(const std::string& address,
                                                              unsigned short lifetime)
     : CKelServiceTypeTamroBase(address, lifetime) {
-  for (const AttributeSeed& seed : kSeeds) {
+  for (const AttributeSeed& seed : kZDTerminalSeeds) {
     AddAttribute(seed.tag, seed.value);
   }
 }

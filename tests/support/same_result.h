@@ -1,5 +1,5 @@
-// Comparing whole results: code, detail and debug trail. (The comparison of SResult itself looks at the code
-// only.)
+// Results that tests expect, and comparing whole ones: code, detail and debug trail. (The comparison of SResult
+// itself looks at the code only.)
 #pragma once
 
 #include <gmock/gmock.h>
@@ -10,6 +10,13 @@
 #include "kelsd/SResult.h"
 
 namespace kelsd {
+
+inline const SResult kSuccess(SResult::ERR_SUCCESS);
+
+/// What a value that is refused gives.
+inline SResult Refusal(const std::string& detail, const std::string& debug) {
+  return SResult(SResult::ERR_INVALID_PARAMETER, detail, debug);
+}
 
 /// How GoogleTest shows a result.
 inline void PrintTo(const SResult& result, std::ostream* out) {

@@ -27,7 +27,6 @@ using testing::Pair;
 
 using Type = IKelServiceType;
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
 const std::string kUrl = "service:x://h";
 const std::vector<std::string> kNoTags;
 

@@ -20,8 +20,6 @@ using scripted_slp::Runs;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 // For expecting that a thread waits: a correct core never lets it go on, however long this is.
 constexpr std::chrono::milliseconds kGrace{50};
 

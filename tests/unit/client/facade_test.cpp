@@ -16,8 +16,6 @@ static_assert(std::is_base_of_v<CKelSLP, CKelSLPClient>);
 static_assert(std::has_virtual_destructor_v<CKelSLP>);
 static_assert(sizeof(CKelSLPClient) == sizeof(void*), "a facade has no data");
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 class ClientFacade : public CoreFixture {};
 
 TEST_F(ClientFacade, ForwardsServiceSearches) {

@@ -8,8 +8,6 @@
 namespace kelsd {
 namespace {
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 class Search : public CoreFixture {};
 
 SearchOutcome Outcome(SLPError error) {

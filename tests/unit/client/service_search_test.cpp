@@ -25,7 +25,6 @@ using testing::IsEmpty;
 
 using Results = std::vector<SKelServiceSearchResult>;
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
 const std::string kType = "service:zdrest.tamro:http";
 
 /// All members of each result.

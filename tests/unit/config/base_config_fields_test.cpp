@@ -16,12 +16,6 @@ using ::testing::ElementsAre;
 constexpr int kLargest = std::numeric_limits<int>::max();
 constexpr int kSmallest = std::numeric_limits<int>::min();
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
-SResult Refusal(const std::string& detail, const std::string& debug) {
-  return SResult(SResult::ERR_INVALID_PARAMETER, detail, debug);
-}
-
 struct NumberRow {
   int value;
   std::string detail;

@@ -14,10 +14,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-SResult Refusal(const std::string& detail, const std::string& debug) {
-  return SResult(SResult::ERR_INVALID_PARAMETER, detail, debug);
-}
-
 const char* const kWaitTrail =
     "kelsd::CKelSLPConfig::ValidateUnicastMaximumWait kelsd::CKelSLPConfig::ValidateMaximumWait";
 const char* const kTimeoutsTrail =

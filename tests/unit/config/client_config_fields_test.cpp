@@ -16,12 +16,7 @@ using ::testing::ElementsAre;
 
 constexpr int kLargest = std::numeric_limits<int>::max();
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
 const std::string kClass = "kelsd::CKelSLPClientConfig::";
-
-SResult Refusal(const std::string& detail, const std::string& debug) {
-  return SResult(SResult::ERR_INVALID_PARAMETER, detail, debug);
-}
 
 TEST(ClientConfigFields, MaximumResultsAreAtLeastMinusOne) {
   for (const int value : {-2, -100}) {

@@ -16,10 +16,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-SResult Refusal(const std::string& detail, const std::string& debug) {
-  return SResult(SResult::ERR_INVALID_PARAMETER, detail, debug);
-}
-
 TEST(ClientConfig, StartsWithTheDefaultsAndWithoutVersion) {
   ClientValues expected = ClientValues::Cleared();
   expected.open_slp_version = "";

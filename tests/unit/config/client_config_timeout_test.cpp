@@ -15,8 +15,6 @@ namespace {
 
 using ::testing::ElementsAre;
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 const std::vector<int> kFour = {500, 750, 1100, 1600};
 const std::vector<int> kFive = {500, 750, 1100, 1600, 2000};
 const std::vector<int> kSix = {500, 750, 1100, 1600, 2000, 3000};

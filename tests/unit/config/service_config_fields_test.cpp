@@ -11,12 +11,6 @@
 namespace kelsd {
 namespace {
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
-SResult Refusal(const std::string& detail, const std::string& debug) {
-  return SResult(SResult::ERR_INVALID_PARAMETER, detail, debug);
-}
-
 /// A number with a lowest value.
 struct Number {
   std::string name;

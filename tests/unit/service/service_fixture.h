@@ -17,7 +17,6 @@
 
 namespace kelsd {
 
-inline const SResult kSuccess(SResult::ERR_SUCCESS);
 inline const std::string kUrl = "service:x://10.0.0.1:80";
 inline const std::string kAgentName = "kelsd::CKelSLPServiceImpl::";
 

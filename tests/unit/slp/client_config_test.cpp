@@ -17,8 +17,6 @@ using scripted_slp::Returns;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 class ClientConfig : public CoreFixture {};
 
 /// Differs from the defaults in every field.

@@ -22,8 +22,6 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 class Lifecycle : public CoreFixture {};
 
 std::vector<std::string> Opens() {

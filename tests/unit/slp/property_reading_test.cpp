@@ -14,8 +14,6 @@ using Config = CKelSLPConfig;
 
 class PropertyReading : public CoreFixture {};
 
-const SResult kSuccess(SResult::ERR_SUCCESS);
-
 TEST_F(PropertyReading, ReadsTheRawText) {
   SetFileProperty("net.slp.anything", "text");
   std::string value;
