@@ -28,6 +28,12 @@ constexpr std::string_view kFooter =
     "registered\n"
     "stay.\n"
     "\n"
+    "On Windows slpd is a service: slpd install enters it with the service manager, with the options that "
+    "are given\n"
+    "with it (a service does not see the environment of those who use it); kelsd slpd start starts it. "
+    "Control code\n"
+    "6 (sc control slpd paramchange) does what SIGHUP does.\n"
+    "\n"
     "Exit status: 0 ended as asked; 1 could not start, the last line on the error output says why, or "
     "--check has\n"
     "found something wrong; 2 wrong command line; 3 another slpd holds the pid file.\n"
@@ -40,7 +46,22 @@ constexpr std::string_view kFooter =
     "  slpd --config /etc/slp/slp.conf --check\n"
     "      What is wrong with a configuration?\n"
     "  slpd --property net.slp.traceMsg=true --property net.slp.traceDrop=true --log slpd.log\n"
-    "      Who asks what, and what is answered?\n";
+    "      Who asks what, and what is answered?\n"
+    "  slpd install --config C:\\ProgramData\\slp\\slp.conf --log C:\\ProgramData\\slp\\slpd.log\n"
+    "      Windows: the service slpd for this configuration file.\n";
+
+struct VerbRow {
+  const char* name;
+  Verb verb;
+  const char* help;
+};
+
+constexpr VerbRow kVerbs[] = {
+    {"install", Verb::kInstall,
+     "Windows: enter the service slpd with the service manager; it runs with the options given here"},
+    {"uninstall", Verb::kUninstall, "Windows: stop and remove the service slpd"},
+    {"run", Verb::kRun, "Windows: what the service manager starts; in a console, slpd in the foreground"},
+};
 
 std::string PropertyTable() {
   std::ostringstream table;
@@ -110,6 +131,12 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
                "nothing is, else 1");
   app.add_flag("--help-properties", help_properties, "List all properties and end");
   app.add_flag("--version", version, "Show the version and end");
+  app.require_subcommand(0, 1);
+  for (const VerbRow& row : kVerbs) {
+    app.add_subcommand(row.name, row.help)->fallthrough()->callback([&result, &row] {
+      result.verb = row.verb;
+    });
+  }
 
   try {
     app.parse(argument_count, arguments);
@@ -135,6 +162,9 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
       return Usage(fault);
     }
     result.properties.emplace_back(key, value);
+  }
+  if (result.check && result.verb != Verb::kNone) {
+    return Usage("--check goes without a verb");
   }
   return result;
 }

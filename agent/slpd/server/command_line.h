@@ -16,7 +16,16 @@ enum class ExitStatus {
   kAlreadyRunning = 3,  ///< another slpd holds the pid file
 };
 
+/// What the daemon's service is asked for, on systems with a service manager.
+enum class Verb {
+  kNone,       ///< the daemon itself is asked for
+  kInstall,    ///< enter the service with the service manager
+  kUninstall,  ///< remove it
+  kRun,        ///< be it
+};
+
 struct CommandLine {
+  Verb verb = Verb::kNone;
   std::string config_file;        ///< empty: what the environment variable OpenSLPConfig names
   std::string registration_file;  ///< empty: what the configuration says
   std::string log_file;           ///< empty: the error output

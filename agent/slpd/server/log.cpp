@@ -71,6 +71,10 @@ bool Log::Open(const std::string& path, bool append, std::string& problem) {
   return true;
 }
 
+void Log::TellProblems(std::function<void(std::string_view text)> tell) {
+  tell_problem_ = std::move(tell);
+}
+
 void Log::Write(LogKind kind, std::string_view text) {
   const auto index = static_cast<std::size_t>(kind);
   Allowance& allowance = allowances_[index];
@@ -87,6 +91,9 @@ void Log::Write(LogKind kind, std::string_view text) {
   }
   ++allowance.written;
   WriteLine(now, kind, text);
+  if (kind == LogKind::kProblem && tell_problem_) {
+    tell_problem_(text);
+  }
 }
 
 void Log::WriteLine(std::chrono::system_clock::time_point time, LogKind kind, std::string_view text) {

@@ -33,6 +33,9 @@ class Log {
   /// away.
   bool Open(const std::string& path, bool append, std::string& problem);
 
+  /// Calls `tell` with every problem from now on, after it was written; a flood of them is cut as in the log.
+  void TellProblems(std::function<void(std::string_view text)> tell);
+
   /// Control characters are written escaped, so that nothing from the network can forge a line.
   void Write(LogKind kind, std::string_view text);
 
@@ -48,6 +51,7 @@ class Log {
   std::ostream* stream_;
   std::unique_ptr<std::ostream> file_;
   Clock clock_;
+  std::function<void(std::string_view)> tell_problem_;
   std::array<Allowance, 5> allowances_;
 };
 

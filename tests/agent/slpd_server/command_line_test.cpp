@@ -29,6 +29,7 @@ TEST(CommandLine, NothingGivenMeansDefaults) {
   EXPECT_EQ(line->config_file + line->registration_file + line->log_file + line->pid_file, "");
   EXPECT_TRUE(line->properties.empty());
   EXPECT_FALSE(line->check);
+  EXPECT_EQ(line->verb, Verb::kNone);
 }
 
 TEST(CommandLine, TakesFilesAndProperties) {
@@ -46,6 +47,26 @@ TEST(CommandLine, TakesFilesAndProperties) {
   EXPECT_TRUE(line->check);
 }
 
+TEST(CommandLine, AVerbAsksForTheService) {
+  struct Row {
+    const char* word;
+    Verb verb;
+  };
+  const Row rows[] = {{"install", Verb::kInstall}, {"uninstall", Verb::kUninstall}, {"run", Verb::kRun}};
+  for (const Row& row : rows) {
+    for (const std::vector<const char*>& arguments :
+         {std::vector<const char*>{row.word, "--config", "a", "--log", "b"},
+          std::vector<const char*>{"--config", "a", "--log", "b", row.word}}) {
+      const auto parsed = Parse(arguments);
+      const auto* const line = std::get_if<CommandLine>(&parsed);
+      ASSERT_NE(line, nullptr) << row.word;
+      EXPECT_EQ(line->verb, row.verb) << row.word;
+      EXPECT_EQ(line->config_file, "a");
+      EXPECT_EQ(line->log_file, "b");
+    }
+  }
+}
+
 TEST(CommandLine, WrongOnesSayWhatIsWrong) {
   struct Row {
     std::vector<const char*> arguments;
@@ -60,6 +81,8 @@ TEST(CommandLine, WrongOnesSayWhatIsWrong) {
        "slpd: --property: net.slp.OpenSLPVersion cannot be set ("},
       {{"--config"}, "slpd: --config: 1 required FILE missing ("},
       {{"--nonsense"}, "slpd: The following argument was not expected: --nonsense ("},
+      {{"install", "uninstall"}, "slpd: "},
+      {{"install", "--check"}, "slpd: --check goes without a verb ("},
       {{"word"}, "slpd: The following argument was not expected: word ("},
   };
   for (const Row& row : rows) {
@@ -77,11 +100,26 @@ TEST(CommandLine, HelpNamesEveryOptionStatusAndAnExample) {
   const auto* const early = std::get_if<EarlyExit>(&parsed);
   ASSERT_NE(early, nullptr);
   EXPECT_EQ(early->status, ExitStatus::kOk);
-  for (const char* const part :
-       {"--config FILE", "--regfile FILE", "--log FILE", "--pidfile FILE", "--property KEY=VALUE", "--check",
-        "--help-properties", "--version", "KELSD_SLPD_PIDFILE", "Exit status: 0 ", "1 could not start",
-        "or --check has\nfound something wrong;", "2 wrong", "3 another slpd", "without that none)",
-        "Examples:", "SIGHUP"}) {
+  for (const char* const part : {"--config FILE",
+                                 "--regfile FILE",
+                                 "--log FILE",
+                                 "--pidfile FILE",
+                                 "--property KEY=VALUE",
+                                 "--check",
+                                 "--help-properties",
+                                 "--version",
+                                 "KELSD_SLPD_PIDFILE",
+                                 "Exit status: 0 ",
+                                 "1 could not start",
+                                 "or --check has\nfound something wrong;",
+                                 "2 wrong",
+                                 "3 another slpd",
+                                 "without that none)",
+                                 "Examples:",
+                                 "SIGHUP",
+                                 "install",
+                                 "uninstall",
+                                 "run"}) {
     EXPECT_THAT(early->text, HasSubstr(part));
   }
 }

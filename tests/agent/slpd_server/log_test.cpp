@@ -71,6 +71,22 @@ TEST_F(LogTest, AFloodOfOneKindIsCutAndTheOthersGoOn) {
   EXPECT_EQ(lines[122], "problem again");
 }
 
+TEST_F(LogTest, TellsProblemsAsFarAsItWritesThem) {
+  std::vector<std::string> told;
+  log_.TellProblems([&told](std::string_view text) { told.emplace_back(text); });
+  log_.Write(LogKind::kState, "s");
+  log_.Write(LogKind::kProblem, "first");
+  EXPECT_EQ(told, std::vector<std::string>{"first"});
+  for (int i = 0; i < 125; ++i) {
+    log_.Write(LogKind::kProblem, "p");
+  }
+  EXPECT_EQ(told.size(), 120U);
+  log_.TellProblems({});
+  now_ += seconds(60);
+  log_.Write(LogKind::kProblem, "p");
+  EXPECT_EQ(told.size(), 120U);
+}
+
 TEST_F(LogTest, GoesOnAtTheEndOfAFileOrEmptiesIt) {
   const TemporaryFolder folder;
   const std::string path = folder.Write("log", "before\n");

@@ -188,5 +188,16 @@ TEST(Program, AWrongCommandLineEndsWithTwo) {
   EXPECT_THAT(slpd.Log(), HasSubstr("slpd: --property: net.slp.MTU must be "));
 }
 
+TEST(Program, RefusesToBeAServiceWhereNoServiceManagerIs) {
+  for (const char* const verb : {"install", "uninstall", "run"}) {
+    SlpdProcess slpd({.arguments = {verb}});
+    EXPECT_EQ(slpd.Wait(seconds(10)), 2);
+    EXPECT_EQ(
+        slpd.Log(),
+        "slpd: install, uninstall and run are for Windows, where slpd is a service; here slpd without a "
+        "verb is all that a process manager has to start\n");
+  }
+}
+
 }  // namespace
 }  // namespace slp
