@@ -41,18 +41,18 @@ class ReservedPorts {
 
  private:
   static constexpr int kFirst = 20000;
-  static constexpr int kCount = 12000;
+  static constexpr int kCount = 6000;
   /// A place of the loopback network at which no test listens.
   static constexpr const char* kMarkAddress = "127.83.76.80";
 
   ReservedPorts() : next_(static_cast<int>(std::random_device()() % kCount)) {}
 
-  // The mark of a reservation is a socket that is bound at a place of its own and never listens. The system
-  // takes it away with the process.
+  // The mark of a reservation is a socket that is bound as many ports higher as there are to reserve, where
+  // it is in nobody's way, and never listens. The system takes it away with the process.
   bool Reserve(std::uint16_t port) {
     asio::ip::tcp::acceptor mark(io_, asio::ip::tcp::v4());
     asio::error_code error;
-    mark.bind({asio::ip::make_address(kMarkAddress), port}, error);
+    mark.bind({asio::ip::make_address(kMarkAddress), static_cast<std::uint16_t>(port + kCount)}, error);
     if (error) {
       return false;
     }
