@@ -34,7 +34,7 @@ const char* ProcessProperties::Get(std::string_view key) {
   if (const auto own = loaded.own.find(key); own != loaded.own.end()) {
     return Keep(own->second);
   }
-  const std::optional<std::string> value = loaded.files.Get(key);
+  const std::optional<std::string> value = loaded.files.Stated(key);
   return value ? Keep(*value) : nullptr;
 }
 

@@ -33,8 +33,9 @@ class ProcessProperties {
   /// For a handle that is closed; the last one drops all values.
   void Release();
 
-  /// The value, null when there is no such property. The text is never freed: a reader that races with the
-  /// last Release, or keeps the pointer for good, still finds it. Equal texts are kept once.
+  /// The value, null when there is no such property; what a file says counts also where it cannot be used
+  /// (see Properties::Stated). The text is never freed: a reader that races with the last Release, or keeps
+  /// the pointer for good, still finds it. Equal texts are kept once.
   const char* Get(std::string_view key);
 
   /// A value of the process's own, which holds against files and defaults until the properties are dropped.
@@ -44,7 +45,7 @@ class ProcessProperties {
   /// Names the application's file. False, and nothing changes, once properties have been loaded.
   bool SetApplicationFile(std::string path);
 
-  /// All values as they are now, for the time of one request.
+  /// All values that are in use now, for the time of one request.
   Properties Snapshot();
 
  private:

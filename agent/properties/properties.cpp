@@ -2,7 +2,6 @@
 
 #include "properties/catalogue.h"
 #include "properties/platform_files.h"
-#include "properties/property_file.h"
 #include "properties/property_values.h"
 #include "text/string_list.h"
 
@@ -66,6 +65,7 @@ Properties Properties::Load(const PropertyFiles& files, std::vector<PropertyProb
         properties.Set(line.key, std::move(line.value));
       } else {
         problems.push_back({source.path, line.number, std::move(fault)});
+        properties.LeaveOut(std::move(line));
       }
     }
   }
@@ -77,8 +77,23 @@ std::optional<std::string> Properties::Get(std::string_view key) const {
   return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
+std::optional<std::string> Properties::Stated(std::string_view key) const {
+  const auto found = left_out_.find(key);
+  return found == left_out_.end() ? Get(key) : std::optional(found->second);
+}
+
 void Properties::Set(std::string_view key, std::string value) {
   values_.insert_or_assign(std::string(key), std::move(value));
+  if (const auto found = left_out_.find(key); found != left_out_.end()) {
+    left_out_.erase(found);
+  }
+}
+
+void Properties::LeaveOut(PropertyLine line) {
+  const PropertyInfo* const property = FindProperty(line.key);
+  if (property != nullptr && !property->read_only && property->kind != PropertyKind::kBool) {
+    left_out_.insert_or_assign(std::move(line.key), std::move(line.value));
+  }
 }
 
 bool Properties::GetBool(std::string_view key) const {

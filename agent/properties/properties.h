@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "properties/property_file.h"
+
 namespace slp {
 
 /// Where settings come from; each later file wins key by key. Unset or empty: no such file is looked for.
@@ -46,6 +48,11 @@ class Properties {
   /// None for a key that nobody knows.
   std::optional<std::string> Get(std::string_view key) const;
 
+  /// As Get, but for a property whose last line in the files was left out: the value of that line, so that
+  /// who reads it finds out for itself. A flag is no such property: nobody can tell by its value that it is
+  /// none.
+  std::optional<std::string> Stated(std::string_view key) const;
+
   /// Replaces a value, as a command-line option does; the value is not checked.
   void Set(std::string_view key, std::string value);
 
@@ -61,7 +68,10 @@ class Properties {
   const std::map<std::string, std::string, std::less<>>& values() const { return values_; }
 
  private:
+  void LeaveOut(PropertyLine line);
+
   std::map<std::string, std::string, std::less<>> values_;
+  std::map<std::string, std::string, std::less<>> left_out_;
 };
 
 }  // namespace slp

@@ -82,6 +82,18 @@ TEST_F(ProcessPropertiesTest, EverySetCounts) {
   EXPECT_THAT(store_.Get("own.key"), StrEq("x"));
 }
 
+TEST_F(ProcessPropertiesTest, AValueThatCannotBeUsedIsReadAsItStandsAndNotUsed) {
+  WriteGlobal("net.slp.MTU=abc");
+  EXPECT_THAT(store_.Get("net.slp.MTU"), StrEq("abc"));
+  EXPECT_EQ(store_.Snapshot().GetInt("net.slp.MTU"), 1400);
+  EXPECT_EQ(store_.Snapshot().GetString("net.slp.MTU"), "1400");
+  store_.Set("net.slp.MTU", "800");
+  EXPECT_THAT(store_.Get("net.slp.MTU"), StrEq("800"));
+  EXPECT_EQ(store_.Snapshot().GetInt("net.slp.MTU"), 800);
+  store_.Set("net.slp.MTU", "");
+  EXPECT_THAT(store_.Get("net.slp.MTU"), StrEq("abc"));
+}
+
 TEST_F(ProcessPropertiesTest, AnEmptyTextTakesBackWhatTheProcessSet) {
   WriteGlobal("net.slp.MTU=600");
   store_.Set("net.slp.MTU", "800");

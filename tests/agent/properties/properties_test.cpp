@@ -116,6 +116,38 @@ TEST(PropertiesTest, LinesThatCannotBeUsedAreReportedAndLeftOut) {
           application + ":7: net.slp.multicastTTL must be a whole number from 1 to 255, not \"256\""));
 }
 
+TEST(PropertiesTest, WhatWasLeftOutIsStatedAllTheSame) {
+  const TemporaryFiles files;
+  PropertyFiles sources;
+  sources.global = files.Write("global",
+                               "net.slp.MTU = 800\n"
+                               "net.slp.port = abc\n"
+                               "net.slp.multicastTTL = 0\n"
+                               "net.slp.useIPv4 = perhaps\n"
+                               "net.slp.useScopes = a(b\n"
+                               "net.slp.OpenSLPVersion = 3\n");
+  sources.application = files.Write("application",
+                                    "net.slp.MTU = 575\n"
+                                    "net.slp.multicastTTL = 7\n"
+                                    "net.slp.unicastTimeouts = 100, x\n");
+  std::vector<PropertyProblem> problems;
+  Properties properties = Properties::Load(sources, problems);
+  using testing::Optional;
+  EXPECT_THAT(properties.Stated("net.slp.MTU"), Optional(std::string("575")));
+  EXPECT_THAT(properties.Stated("net.slp.port"), Optional(std::string("abc")));
+  EXPECT_THAT(properties.Stated("net.slp.unicastTimeouts"), Optional(std::string("100, x")));
+  EXPECT_THAT(properties.Stated("net.slp.useScopes"), Optional(std::string("a(b")));
+  EXPECT_THAT(properties.Stated("net.slp.multicastTTL"), Optional(std::string("7")))
+      << "a later line is good";
+  EXPECT_THAT(properties.Stated("net.slp.useIPv4"), Optional(std::string("true"))) << "a flag";
+  EXPECT_THAT(properties.Stated("net.slp.OpenSLPVersion"), Optional(std::string("2.0.0"))) << "read-only";
+  EXPECT_THAT(properties.Stated("net.slp.locale"), Optional(std::string("en")));
+  EXPECT_EQ(properties.Stated("nobody.knows"), std::nullopt);
+  EXPECT_EQ(properties.GetInt("net.slp.MTU"), 800) << "what is in use";
+  properties.Set("net.slp.MTU", "900");
+  EXPECT_THAT(properties.Stated("net.slp.MTU"), Optional(std::string("900")));
+}
+
 TEST(PropertiesTest, ReadByType) {
   Properties properties;
   EXPECT_TRUE(properties.GetBool("net.slp.appendLog"));

@@ -121,5 +121,26 @@ TEST_F(Configured, StartsAStoppedDaemonForAChange) {
   EXPECT_EQ(DaemonStarts(), 2);
 }
 
+using Misconfigured = ServiceTest;
+
+TEST_F(Misconfigured, ReportsValuesThatTheAgentItselfCannotUse) {
+  WriteConfiguration("net.slp.MTU = abc\nnet.slp.unicastTimeouts = 100,x\n");
+  ASSERT_THAT(CKelSLP::Initialize(), Succeeded());
+  const std::string reader = "CKelSLPImpl::GetSLPServiceConfigInternal kelsd::CKelSLPImpl::";
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors;
+  EXPECT_THAT(CKelSLPService::GetSLPServiceConfig(config, errors), Succeeded());
+  EXPECT_THAT(
+      errors,
+      ElementsAre(
+          SameResult(SResult(SResult::ERR_PROPERTY_PARSE,
+                             "Property: Unicast Timeouts. StringConvert(x,long double,1).",
+                             reader + "GetTimeoutList kelsd::CKelSLPImpl::ParseTimeoutsList")),
+          SameResult(SResult(SResult::ERR_PROPERTY_PARSE, "Property: MTU. StringConvert(abc,long double,1).",
+                             reader + "GetNumericProperty kelsd::CKelSLPImpl::ParseNumericProperty"))));
+  EXPECT_EQ(config.GetMTU(), 1400);
+  EXPECT_EQ(config.GetUnicastTimeouts(), CKelSLPConfig::UNICASTTIMEOUTS_DEFAULT_SLP());
+}
+
 }  // namespace
 }  // namespace kelsd::integration
