@@ -11,10 +11,11 @@ enter_wine_prefix() {
   (
     flock 9
     # The first program in a prefix makes its files, and with each new server it starts the prefix's services. They
-    # would hold on to its output for good, so it isn't the program that somebody reads from. The server ends a
-    # minute after the last program.
+    # would hold on to its output for good, so it isn't the program that somebody reads from. Nor is it wineboot: that
+    # starts them a second time, and of two service managers one doesn't know the other's services. The server ends
+    # a minute after the last program.
     if wineserver -p60 9>&-; then
-      wine wineboot --init </dev/null >"$1/wineboot.log" 2>&1 9>&-
+      wine cmd /c exit </dev/null >"$1/first-program.log" 2>&1 9>&-
     fi
   ) 9>"$1/lock" 2>/dev/null
 }
