@@ -1,14 +1,15 @@
 // Withdrawing services.
+#include <mutex>
+
 #include "service/registration_report.h"
 #include "service/service_impl.h"
-#include "service/service_lock.h"
 #include "slp/slp_handle_box.h"
 
 namespace kelsd {
 
 SResult CKelSLPServiceImpl::DeregisterService(const std::string& url) {
   return InvokeNamed("kelsd::CKelSLPServiceImpl::DeregisterService", [&] {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     return DeregistrationBody(url);
   });
 }

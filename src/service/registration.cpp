@@ -9,7 +9,6 @@
 #include "service/busy_guard.h"
 #include "service/registration_report.h"
 #include "service/service_impl.h"
-#include "service/service_lock.h"
 #include "slp/slp_handle_box.h"
 
 namespace kelsd {
@@ -80,7 +79,7 @@ SResult CKelSLPServiceImpl::ReRegisterService(const std::string& url, unsigned s
 SResult CKelSLPServiceImpl::RegisterLocked(const char* name, RegistrationKind kind,
                                            const std::function<SRegisteredService()>& registration) {
   const auto body = [&]() -> SResult {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     const std::unique_lock core_lock(CoreLock());
     if (!IsInitializedUnlocked()) {
       return {SResult::ERR_NOT_INITIALIZED, "", name};
@@ -183,7 +182,7 @@ void CKelSLPServiceImpl::StoreRegisteredService(SRegisteredService service) {
 }
 
 std::map<std::string, SRegisteredService> CKelSLPServiceImpl::GetRegisteredServices() {
-  const ServiceLockHold hold(*this);
+  const std::lock_guard hold(m_serviceLock);
   return RegisteredServices;
 }
 

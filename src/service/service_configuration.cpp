@@ -9,7 +9,6 @@
 #include "service/conf_access.h"
 #include "service/config_file_values.h"
 #include "service/service_impl.h"
-#include "service/service_lock.h"
 #include "slp/configuration_properties.h"
 
 namespace kelsd {
@@ -124,7 +123,7 @@ SResult CKelSLPServiceImpl::GetSLPServiceConfigFromFileInternal(CKelSLPServiceCo
 //    then.
 SResult CKelSLPServiceImpl::SetSLPServiceConfig(const CKelSLPServiceConfig& config) {
   return InvokeNamed("kelsd::CKelSLPServiceImpl::SetSLPServiceConfig", [&] {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     bool changed = false;
     {
       const std::unique_lock core_lock(CoreLock());

@@ -11,7 +11,7 @@ CKelSLPServiceImpl& CKelSLPServiceImpl::Instance() {
 }
 
 CKelSLPServiceImpl::CKelSLPServiceImpl(const ServicePlatform& platform)
-    : m_platform(platform), m_reports(std::make_shared<DroppedServiceReports>()) {}
+    : m_platform(platform), m_reports(std::make_shared<DroppedServiceReports>()), m_serviceLock(*m_reports) {}
 
 // The timer's ticks use the other members.
 CKelSLPServiceImpl::~CKelSLPServiceImpl() {

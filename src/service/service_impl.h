@@ -23,6 +23,7 @@
 #include "platform/recursive_lock.h"
 #include "platform/service_manager.h"
 #include "service/dropped_services.h"
+#include "service/reporting_lock.h"
 #include "service/service_handles.h"
 #include "slp/slp_impl.h"
 
@@ -119,7 +120,6 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
   SResult SetLocalScopes(const std::vector<std::string>& scopes);
 
  private:
-  class ServiceLockHold;
   enum class RegistrationKind { kNew, kRenewal };
 
   // Registration.
@@ -149,23 +149,20 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
 
   const ServicePlatform m_platform;
 
-  platform::RecursiveLock m_serviceLock;
+  /// Shared with the timer's threads, which may still report after the timer has gone.
+  const std::shared_ptr<DroppedServiceReports> m_reports;
+
+  ReportingLock<platform::RecursiveLock> m_serviceLock;
   // Guarded by m_serviceLock.
-  int m_serviceLockDepth = 0;
   /// A registration or a pass is under way. Cleared before m_serviceLock is left.
   bool m_registrationBusy = false;
   std::map<std::string, SRegisteredService> RegisteredServices;
   int m_checkIntervalMs = 2000;
   int m_reRegistrationMarginMs = 6000;
   std::unique_ptr<platform::PeriodicTimer> m_timer;
-  /// What forced passes gave up since this lock was entered.
-  std::list<SDroppedService> m_droppedServices;
 
   std::mutex m_passGuard;
   bool m_passRunning = false;  // guarded by m_passGuard
-
-  /// Shared with the timer's threads, which may still report after the timer has gone.
-  const std::shared_ptr<DroppedServiceReports> m_reports;
 };
 
 }  // namespace kelsd

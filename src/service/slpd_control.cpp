@@ -1,7 +1,8 @@
 // Starting and stopping the daemon.
+#include <mutex>
+
 #include "foundation/conversions.h"
 #include "service/service_impl.h"
-#include "service/service_lock.h"
 
 namespace kelsd {
 
@@ -20,21 +21,21 @@ std::string DidNotStart(const platform::ServiceStatus& status) {
 
 SResult CKelSLPServiceImpl::StartSLPD() {
   return InvokeNamed("kelsd::CKelSLPServiceImpl::StartSLPD", [&] {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     return StartBody();
   });
 }
 
 SResult CKelSLPServiceImpl::StopSLPD() {
   return InvokeNamed("kelsd::CKelSLPServiceImpl::StopSLPD", [&] {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     return StopBody();
   });
 }
 
 SResult CKelSLPServiceImpl::RestartSLPD() {
   return InvokeNamed("kelsd::CKelSLPServiceImpl::RestartSLPD", [&] {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     SResult stopped = StopSLPD();
     return stopped.IsOk() ? StartSLPD() : stopped;
   });
@@ -42,7 +43,7 @@ SResult CKelSLPServiceImpl::RestartSLPD() {
 
 SResult CKelSLPServiceImpl::IsSLPDRunning(bool& running) {
   return InvokeNamed("kelsd::CKelSLPServiceImpl::IsSLPDRunning", [&] {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     ServiceHandles handles(m_platform.services);
     if (SResult result = OpenServiceHandles(handles, access::kQueryStatus); result.IsNotOk()) {
       return result;
@@ -59,7 +60,7 @@ SResult CKelSLPServiceImpl::IsSLPDRunning(bool& running) {
 SResult CKelSLPServiceImpl::EnsureSLPDIsRunning() {
   constexpr const char* kName = "kelsd::CKelSLPServiceImpl::EnsureSLPDIsRunning";
   return InvokeNoThrow([&]() -> SResult {
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     bool running = false;
     if (const SResult result = IsSLPDRunning(running); result.IsNotOk()) {
       return result.PrependErrorDebug(kName, " ");
@@ -116,7 +117,7 @@ SResult CKelSLPServiceImpl::StartBody() {
   if (status.current_state != platform::kServiceRunning) {
     return {SResult::ERR_SLPD_START, DidNotStart(status)};
   }
-  m_droppedServices.splice(m_droppedServices.end(), CheckRegistrations(true));
+  m_serviceLock.Report(CheckRegistrations(true));
   return {SResult::ERR_SUCCESS};
 }
 

@@ -1,11 +1,11 @@
 // Keeping registered services registered.
+#include <mutex>
 #include <utility>
 
 #include "foundation/conversions.h"
 #include "service/busy_guard.h"
 #include "service/renewal_rules.h"
 #include "service/service_impl.h"
-#include "service/service_lock.h"
 
 namespace kelsd {
 
@@ -17,7 +17,7 @@ SResult CKelSLPServiceImpl::SetRegistrationCheckInterval(int intervalMs) {
                   ").",
               "kelsd::CKelSLPServiceImpl::SetRegistrationCheckInterval"};
     }
-    const ServiceLockHold hold(*this);
+    const std::lock_guard hold(m_serviceLock);
     if (intervalMs == m_checkIntervalMs) {
       return {SResult::ERR_SUCCESS};
     }
@@ -82,8 +82,8 @@ void CKelSLPServiceImpl::TimerTick() {
 // 6. Services that failed too often are no longer kept. The timer goes on, even without services.
 std::list<SDroppedService> CKelSLPServiceImpl::CheckRegistrations(bool force) {
   std::list<SDroppedService> dropped;
-  const ServiceLockHold hold(*this, std::try_to_lock);
-  if (!hold.held() || m_registrationBusy || RegisteredServices.empty()) {
+  const std::unique_lock hold(m_serviceLock, std::try_to_lock);
+  if (!hold.owns_lock() || m_registrationBusy || RegisteredServices.empty()) {
     return dropped;
   }
   const BusyGuard busy(m_registrationBusy);

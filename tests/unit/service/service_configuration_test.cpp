@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
 #include <future>
 #include <memory>
@@ -356,26 +355,22 @@ TEST_F(ServiceConfiguration, SettingWaitsForSearches) {
 }
 
 TEST_F(ServiceConfiguration, TakesTheAgentsLockBeforeTheCoresAndKeepsIt) {
-  std::atomic<bool> agent_waits = false;
+  constexpr int kTries = 100;
   std::unique_lock core_lock(CKelSLPImpl::CoreLock());
   std::future<SResult> setting =
       std::async(std::launch::async, [&] { return agent.SetSLPServiceConfig(CKelSLPServiceConfig()); });
-  std::future<SResult> control = std::async(std::launch::async, [&] {
-    // Until the setting thread has the agent's lock, this one gets it.
-    for (;;) {
-      std::future<SResult> stopping = std::async(std::launch::async, [&] { return agent.StopSLPD(); });
-      // Long enough for a stop that doesn't wait.
-      if (stopping.wait_for(std::chrono::milliseconds(100)) == std::future_status::timeout) {
-        agent_waits = true;
-        return stopping.get();
-      }
-    }
-  });
-  while (!agent_waits && control.wait_for(std::chrono::milliseconds(10)) == std::future_status::timeout) {
+  // Until the setting thread has the agent's lock, another one gets it.
+  bool waits = false;
+  std::future<SResult> stopping;
+  for (int i = 0; i < kTries && !waits; ++i) {
+    stopping = std::async(std::launch::async, [&] { return agent.StopSLPD(); });
+    // Long enough for a stop that doesn't wait.
+    waits = stopping.wait_for(std::chrono::milliseconds(100)) == std::future_status::timeout;
   }
+  EXPECT_TRUE(waits);
   core_lock.unlock();
   EXPECT_THAT(setting.get(), SameResult(kSuccess));
-  EXPECT_THAT(control.get(), SameResult(kSuccess));
+  EXPECT_THAT(stopping.get(), SameResult(kSuccess));
 }
 
 // Scopes.
