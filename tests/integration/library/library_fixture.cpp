@@ -1,7 +1,8 @@
 #include "integration/library/library_fixture.h"
 
-#include <cstdlib>
 #include <memory>
+
+#include "support/fake_platform/environment.h"
 
 namespace kelsd::integration {
 
@@ -42,7 +43,7 @@ void LibraryTest::Serve(const std::vector<Announced>& services) {
   options.registrations = RegistrationFile(services);
   daemon_ = std::make_unique<slp::support::SlpdProcess>(options);
   ASSERT_TRUE(daemon_->Running()) << daemon_->Log();
-  setenv("OpenSLPConfig", daemon_->configuration_file().c_str(), 1);
+  SetEnvironment("OpenSLPConfig", daemon_->configuration_file());
   ASSERT_THAT(CKelSLP::Initialize(), Succeeded());
 }
 

@@ -1,9 +1,9 @@
 #include "integration/tool/own_daemon_fixture.h"
 
-#include <cstdlib>
 #include <sstream>
 
 #include "integration/tool/tool_fixture.h"
+#include "support/fake_platform/environment.h"
 #include "support/free_port.h"
 #include "support/slpd_process/slpd_process.h"
 
@@ -13,9 +13,9 @@ void OwnDaemonTest::SetUp() {
   port_ = slp::support::FreePort();
   folder_.Write("slp.conf", "# of a test\nnet.slp.port = " + std::to_string(port_) +
                                 "\nnet.slp.interfaces = 127.0.0.1\nnet.slp.appendLog = false\n");
-  setenv("OpenSLPConfig", configuration_file().c_str(), 1);
-  setenv("KELSD_SLPD", KELSD_SLPD_PROGRAM, 1);
-  setenv("KELSD_SLPD_PIDFILE", folder_.Path("slpd.pid").c_str(), 1);
+  SetEnvironment("OpenSLPConfig", configuration_file());
+  SetEnvironment("KELSD_SLPD", KELSD_SLPD_PROGRAM);
+  SetEnvironment("KELSD_SLPD_PIDFILE", folder_.Path("slpd.pid"));
 }
 
 void OwnDaemonTest::TearDown() {

@@ -14,7 +14,7 @@ struct ProgramRun {
 };
 
 /// `command`: the program's path and its arguments. Throws std::runtime_error when the program cannot be
-/// started; ends it by SIGKILL after `limit`.
+/// started; kills it after `limit`.
 ProgramRun RunProgram(const std::vector<std::string>& command,
                       std::chrono::seconds limit = std::chrono::seconds(60));
 

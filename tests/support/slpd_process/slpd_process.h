@@ -8,6 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "support/child_process/child_process.h"
+#include "support/fake_platform/temporary_folder.h"
+
 namespace slp::support {
 
 struct SlpdOptions {
@@ -29,22 +32,20 @@ class SlpdProcess {
   SlpdProcess(const SlpdProcess&) = delete;
   SlpdProcess& operator=(const SlpdProcess&) = delete;
 
-  /// Ends slpd by SIGKILL if it still runs.
-  ~SlpdProcess();
-
   bool Running();
 
-  /// SIGTERM; the exit status, 128 and the signal's number when a signal ended it, none when it didn't end
-  /// within `limit`.
+  /// Asks it to end; the exit status, 128 and the signal's number when a signal ended it, none when it didn't
+  /// end within `limit`.
   std::optional<int> Stop(Milliseconds limit = Milliseconds(10'000));
 
   /// Waits for the end without asking for it.
   std::optional<int> Wait(Milliseconds limit);
 
-  void Send(int signal) const;
+  /// See ChildProcess.
+  void Send(int signal);
 
-  /// SIGHUP, and waits until the log tells how that went.
-  void Reload();
+  /// Sends the signal that asks for it, and waits until the log tells how that went.
+  void Reload(int signal);
 
   /// Everything that slpd wrote to its error output, the log among it.
   std::string Log() const;
@@ -57,23 +58,23 @@ class SlpdProcess {
   void WriteRegistrations(const std::string& content) const;
 
   std::uint16_t port() const { return port_; }
-  int process_id() const { return process_id_; }
+  int process_id() const { return process_->id(); }
   const std::string& address() const { return options_.address; }
-  std::string configuration_file() const { return folder_ + "/slp.conf"; }
-  std::string registration_file() const { return folder_ + "/slp.reg"; }
-  std::string pid_file() const { return folder_ + "/slpd.pid"; }
-  std::string log_file() const { return folder_ + "/slpd.err"; }
+  std::string configuration_file() const { return folder_ + "slp.conf"; }
+  std::string registration_file() const { return folder_ + "slp.reg"; }
+  std::string pid_file() const { return folder_ + "slpd.pid"; }
+  std::string log_file() const { return folder_ + "slpd.err"; }
 
  private:
+  std::string output_file() const { return folder_ + "slpd.out"; }
   void Start();
   bool WaitUntilItServes();
 
   SlpdOptions options_;
-  std::string folder_;
-  bool own_folder_ = false;
+  std::optional<kelsd::TemporaryFolder> own_folder_;
+  std::string folder_;  // ends with the separator
   std::uint16_t port_ = 0;
-  int process_id_ = 0;
-  std::optional<int> status_;
+  std::optional<kelsd::support::ChildProcess> process_;  // ends before its folder goes
 };
 
 }  // namespace slp::support
