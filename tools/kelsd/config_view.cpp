@@ -1,5 +1,7 @@
 #include "config_view.h"
 
+#include "attribute_view.h"
+
 namespace kelsd_tool {
 namespace {
 
@@ -78,6 +80,33 @@ std::vector<Setting> ServiceSettings(const CKelSLPServiceConfig& config) {
   };
   settings.insert(settings.end(), own.begin(), own.end());
   return settings;
+}
+
+nlohmann::json ToJson(const Setting& setting) {
+  nlohmann::json row = {{"property", CKelSLPConfig::ToStringKey(setting.property)},
+                        {"label", CKelSLPConfig::ToString(setting.property)},
+                        {"value", setting.value}};
+  if (setting.has_standard) {
+    row["isStandardDefault"] = setting.is_standard;
+  }
+  return row;
+}
+
+nlohmann::json ToJson(const std::vector<Setting>& settings) {
+  nlohmann::json list = nlohmann::json::array();
+  for (const Setting& setting : settings) {
+    list.push_back(ToJson(setting));
+  }
+  return list;
+}
+
+Table ToTable(const std::vector<Setting>& settings) {
+  Table table({{""}, {"PROPERTY"}, {"VALUE"}, {"MEANING", false, true}});
+  for (const Setting& setting : settings) {
+    table.AddRow({setting.is_standard ? "" : "*", CKelSLPConfig::ToStringKey(setting.property),
+                  ToText(setting.value), CKelSLPConfig::ToString(setting.property)});
+  }
+  return table;
 }
 
 }  // namespace kelsd_tool

@@ -7,6 +7,7 @@
 
 #include "kelsd/CKelSLPClientConfig.h"
 #include "kelsd/CKelSLPServiceConfig.h"
+#include "table.h"
 
 namespace kelsd_tool {
 
@@ -20,5 +21,10 @@ struct Setting {
 /// In the order in which the library reads them.
 std::vector<Setting> ClientSettings(const kelsd::CKelSLPClientConfig& config);
 std::vector<Setting> ServiceSettings(const kelsd::CKelSLPServiceConfig& config);
+
+/// What `kelsd config show` prints of them; the table marks what differs from the SLP standard.
+nlohmann::json ToJson(const Setting& setting);
+nlohmann::json ToJson(const std::vector<Setting>& settings);
+Table ToTable(const std::vector<Setting>& settings);
 
 }  // namespace kelsd_tool

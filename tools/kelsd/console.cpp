@@ -4,9 +4,19 @@
 #include <ostream>
 
 #include "hints.h"
+#include "printable_text.h"
+#include "result_view.h"
 #include "terminal.h"
 
 namespace kelsd_tool {
+namespace {
+
+// Attribute values may hold any bytes; what is not UTF-8 is replaced rather than refused.
+std::string JsonText(const nlohmann::json& document, int indent) {
+  return PrintableJson(document.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
+}  // namespace
 
 Console::Console(std::ostream& out, std::ostream& error) : out_(out), error_(error) {}
 
@@ -16,20 +26,23 @@ void Console::PrintTable(const Table& table) {
 }
 
 void Console::PrintLine(const std::string& line) {
-  out_ << line << std::endl;
+  out_ << PrintableText(line) << std::endl;
 }
 
 void Console::PrintJson(const nlohmann::json& document) {
-  // Attribute values may hold any bytes; what is not UTF-8 is replaced rather than refused.
-  out_ << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+  out_ << JsonText(document, 2) << std::endl;
 }
 
 void Console::PrintEvent(const nlohmann::json& event) {
-  out_ << event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+  out_ << JsonText(event, -1) << std::endl;
 }
 
 void Console::PrintError(const kelsd::SResult& result) {
-  error_ << "kelsd: " << result.ToString() << '\n';
+  if (json_) {
+    error_ << JsonText({{"error", ToJson(result)}}, -1) << std::endl;
+    return;
+  }
+  error_ << "kelsd: " << PrintableText(result.ToString()) << '\n';
   const std::string hint = HintFor(result.GetErrorCode());
   if (!hint.empty()) {
     error_ << "hint: " << hint << '\n';
@@ -38,11 +51,17 @@ void Console::PrintError(const kelsd::SResult& result) {
 }
 
 void Console::PrintError(const std::string& message) {
-  error_ << "kelsd: " << message << std::endl;
+  if (json_) {
+    error_ << JsonText({{"error", {{"message", message}}}}, -1) << std::endl;
+    return;
+  }
+  error_ << "kelsd: " << PrintableText(message) << std::endl;
 }
 
 void Console::PrintNote(const std::string& message) {
-  error_ << message << std::endl;
+  if (!json_) {
+    error_ << message << std::endl;
+  }
 }
 
 ExitStatus Console::Fail(const kelsd::SResult& result) {
@@ -53,6 +72,11 @@ ExitStatus Console::Fail(const kelsd::SResult& result) {
 ExitStatus Console::RejectUsage(const std::string& message) {
   PrintError(message);
   return kUsage;
+}
+
+bool Console::OutputIsComplete() {
+  out_.flush();
+  return out_.good();
 }
 
 }  // namespace kelsd_tool

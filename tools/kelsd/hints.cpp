@@ -8,6 +8,20 @@ using kelsd::SResult;
 
 std::string HintFor(SResult::EError code) {
   static const std::map<SResult::EError, const char*> hints = {
+      {SResult::ERR_UNKNOWN,
+       "The asked agent may serve other scopes only. Name one of its scopes with --scope, or add the scope "
+       "to "
+       "net.slp.useScopes there ('kelsd config get useScopes' shows those of this host)."},
+      {SResult::ERR_OUT_OF_MEMORY, "Free memory and try again; nothing has been done."},
+      {SResult::ERR_BASIC_API, "A call of the system failed; 'kelsd doctor' checks what it needs."},
+      {SResult::ERR_AUTHENTICATION_ABSENT, "Switch net.slp.securityEnabled off on both sides."},
+      {SResult::ERR_AUTHENTICATION_FAILED, "Switch net.slp.securityEnabled off on both sides."},
+      {SResult::ERR_BUFFER_OVERFLOW,
+       "The request is too large for multicast: shorten the filter, name fewer scopes, or ask one host with "
+       "--address."},
+      {SResult::ERR_TAG_NOT_UNIQUE, "Give each attribute once; letter case makes no difference."},
+      {SResult::ERR_VALUE_BAD_CHARACTERS, "Give the attribute another value."},
+      {SResult::ERR_SCOPE_EMPTY, "Name a scope, e.g. --scope tamro"},
       {SResult::ERR_INVALID_PARAMETER,
        "Check the values given; 'kelsd VERB --help' lists what each option takes."},
       {SResult::ERR_PARSE_ERROR,
@@ -16,7 +30,9 @@ std::string HintFor(SResult::EError code) {
       {SResult::ERR_SCOPE_NOT_SUPPORTED,
        "The agent serves other scopes. Name one of its scopes with --scope, or add the scope to "
        "net.slp.useScopes in its configuration."},
-      {SResult::ERR_NETWORK_INIT_FAILED, "Start the daemon on this host: slpd"},
+      {SResult::ERR_NETWORK_INIT_FAILED,
+       "Check that slpd runs on this host (start it: kelsd slpd start), and that --interface and "
+       "net.slp.interfaces name addresses of this host."},
       {SResult::ERR_NETWORK_TIMED_OUT,
        "Nobody answered at that address. Check that slpd runs there, that UDP and TCP port net.slp.port (427 "
        "by "

@@ -2,8 +2,8 @@
 
 #include <chrono>
 #include <iostream>
-#include <utility>
 
+#include "printable_text.h"
 #include "terminal.h"
 
 namespace kelsd_tool {
@@ -15,7 +15,7 @@ constexpr std::chrono::milliseconds kStep{200};
 
 }  // namespace
 
-Progress::Progress(std::string what) : what_(std::move(what)) {
+Progress::Progress(const std::string& what) : what_(PrintableText(what)) {
   if (ErrorIsTerminal()) {
     drawer_ = std::thread([this] { Draw(); });
   }

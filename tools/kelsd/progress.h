@@ -1,4 +1,4 @@
-// A line on the terminal that shows that a search is still waiting. Starts a thread of its own for as long as
+// A line on the terminal that shows that the tool is still waiting. Starts a thread of its own for as long as
 // it lives; draws nothing where standard error is no terminal.
 #pragma once
 
@@ -12,7 +12,7 @@ namespace kelsd_tool {
 class Progress {
  public:
   /// `what`: e.g. "Searching service:zdrest.tamro:http".
-  explicit Progress(std::string what);
+  explicit Progress(const std::string& what);
   /// Wipes the line.
   ~Progress();
   Progress(const Progress&) = delete;

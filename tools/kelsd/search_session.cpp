@@ -1,5 +1,8 @@
 #include "search_session.h"
 
+#include <filesystem>
+
+#include "address_option.h"
 #include "kelsd/CKelSLPClient.h"
 #include "terminal.h"
 
@@ -13,7 +16,7 @@ void SearchSession::AddCommonOptions(CLI::App& verb) {
   verb.add_option("--config", config_file_,
                   "SLP configuration file to use, in place of the one that OpenSLPConfig names")
       ->type_name("FILE")
-      ->check(CLI::ExistingFile);
+      ->check(CLI::Validator(CLI::ExistingFile).description(""));
   verb.add_flag("--json", json_, "JSON for programs instead of a table");
 }
 
@@ -22,13 +25,15 @@ void SearchSession::AddSearchOptions(CLI::App& verb) {
       ->type_name("MS");
   verb.add_option("--interface", interfaces_, "send from this address of the host only (may be repeated)")
       ->type_name("ADDRESS")
+      ->check(IpAddressOnly())
       ->allow_extra_args(false);
   AddCommonOptions(verb);
 }
 
 void SearchSession::UseConfiguration() const {
   if (!config_file_.empty()) {
-    SetEnvironment("OpenSLPConfig", config_file_);
+    // The daemon, which is started elsewhere, reads it too.
+    SetEnvironment("OpenSLPConfig", std::filesystem::absolute(config_file_).string());
   }
 }
 

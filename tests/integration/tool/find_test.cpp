@@ -99,6 +99,16 @@ TEST_F(ToolFind, ExitsWith3AndAHintWhenTheSearchFails) {
                          "SLPFindSrvs\nhint: Nobody answered at that address."));
 }
 
+TEST_F(ToolFind, AdvisesOnAScopeThatTheHostDoesNotServe) {
+  const ProgramRun run = Run({"find", "zdrest", "--scope", "nowhere", "--address", "127.0.0.1"});
+  EXPECT_EQ(run.status, 3);
+  EXPECT_EQ(
+      run.error,
+      "kelsd: Unknown error. Code: 1. kelsd::CKelSLPClientImpl::FindServices SLPFindSrvs\n"
+      "hint: The asked agent may serve other scopes only. Name one of its scopes with --scope, or add the "
+      "scope to net.slp.useScopes there ('kelsd config get useScopes' shows those of this host).\n");
+}
+
 TEST_F(ToolFind, ExitsWith2OnATimeoutThatIsTooShort) {
   const ProgramRun run = Run({"find", "zdrest", "--timeout", "1251"});
   EXPECT_EQ(run.status, 2);

@@ -47,6 +47,24 @@ TEST_F(ToolRegister, KeepsAServiceOfTheFamilyUntilCtrlC) {
   EXPECT_THAT(Found("zdrest"), IsEmpty());
 }
 
+// Also when the request to end comes before the service is registered, or while it is.
+TEST_F(ToolRegister, LeavesNothingBehindWheneverItIsEnded) {
+  ASSERT_EQ(RunTool({"slpd", "start"}).status, 0);
+  int ended = 0;
+  for (const int delay : {5, 10, 15, 20, 30, 40, 60, 80}) {
+    RunningTool tool({"register", kPrinter});
+    // Nothing tells how far the tool has come; the delays are the test.
+    std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+    tool.Send(SIGINT);
+    const ProgramRun run = tool.Wait();
+    // Before the tool has come to take signals it ends by them, with nothing done.
+    EXPECT_TRUE(run.status == 0 || (run.status == 128 + SIGINT && run.output.empty())) << run.status;
+    ended += run.status == 0 ? 1 : 0;
+    EXPECT_THAT(Found("service:printer.lab:lpr"), IsEmpty()) << delay;
+  }
+  EXPECT_GT(ended, 0);
+}
+
 TEST_F(ToolRegister, TellsProgramsInLinesOfJson) {
   RunningTool tool({"register", kPrinter, "--scope", "lab", "--lifetime", "60", "--json"});
   ASSERT_TRUE(tool.WaitForOutput("\n")) << tool.Error();

@@ -5,6 +5,7 @@
 
 #include "integration/tool/own_daemon_fixture.h"
 #include "integration/tool/tool_fixture.h"
+#include "support/fake_platform/environment.h"
 
 namespace kelsd::integration {
 namespace {
@@ -50,7 +51,7 @@ TEST_F(ToolServiceConfig, SetsEveryKindOfValueAndRestartsTheDaemon) {
       RunTool({"config", "set", "useScopes=DEFAULT,Lab", "net.slp.DAHeartBeat=9000",
                "unicastTimeouts=300,600", "traceReg=true", "broadcastAddr=127.255.255.255"});
   EXPECT_EQ(run.status, 0) << run.error;
-  EXPECT_EQ(run.output, "Set.\n");
+  EXPECT_EQ(run.output, "Set in " + configuration_file() + ".\n");
   EXPECT_NE(DaemonPid(), before);
   EXPECT_EQ(RunTool({"config", "get", "useScopes"}).output, "DEFAULT, LAB\n");
   EXPECT_EQ(RunTool({"config", "get", "DAHeartBeat"}).output, "9000\n");
@@ -107,6 +108,63 @@ TEST_F(ToolServiceConfig, RefusesToReplaceValuesThatItCouldNotRead) {
   EXPECT_EQ(RunTool({"config", "get", "unicastMaximumWait"}).output, "3000\n");
 }
 
+TEST_F(ToolServiceConfig, TakesAWaitAndItsTimeoutsInAnyOrder) {
+  EXPECT_EQ(RunForJson({"config", "set", "unicastTimeouts=6000,7000", "unicastMaximumWait=9000"}),
+            (json{{"set", {"unicastTimeouts=6000,7000", "unicastMaximumWait=9000"}},
+                  {"file", configuration_file()}}));
+  EXPECT_EQ(RunTool({"config", "get", "unicastTimeouts"}).output, "6000, 7000\n");
+}
+
+TEST_F(ToolServiceConfig, TellsProgramsOfValuesThatItCouldNotRead) {
+  folder_.Write("slp.conf", "net.slp.DAHeartBeat = 100\n");
+  const ProgramRun run = RunTool({"config", "validate", "--json"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.error, "");
+  const json problems = json::parse(run.output)["problems"];
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0]["detail"], "Directory agent heart beat is too small (must be at least 2000): 100.");
+  EXPECT_EQ(RunForJson({"config", "show"})["problems"], problems);
+  EXPECT_EQ(RunForJson({"config", "get", "DAHeartBeat"})["problems"], problems);
+}
+
+TEST_F(ToolServiceConfig, KeepsAClientConfigurationOutOfTheFile) {
+  constexpr const char* kNote =
+      "Applied to this process only, which ends now: a client configuration is written to no file. To make "
+      "it "
+      "permanent, let the application pass it to CKelSLPClient::SetSLPClientConfig each time it starts; "
+      "'kelsd "
+      "find' takes --timeout and --interface.";
+  const std::string before = folder_.Read("slp.conf");
+  const ProgramRun run = RunTool({"config", "set", "--client", "multicastTimeouts=400,700", "maxResults=20"});
+  EXPECT_EQ(run.status, 0) << run.error;
+  EXPECT_EQ(run.error, "");
+  EXPECT_THAT(run.output, AllOf(HasSubstr("\n*  net.slp.maxResults              20 "),
+                                HasSubstr("\n*  net.slp.multicastTimeouts       400, 700 "),
+                                testing::EndsWith("\n" + std::string(kNote) + "\n")));
+
+  const json answer = RunForJson({"config", "set", "--client", "net.slp.MTU=1000"});
+  EXPECT_EQ(answer["set"], (json{"net.slp.MTU=1000"}));
+  EXPECT_EQ(answer["file"], nullptr);
+  EXPECT_EQ(answer["note"], kNote);
+  EXPECT_EQ(answer["problems"], json::array());
+  EXPECT_EQ(answer["settings"].size(), 18U);
+  EXPECT_EQ(
+      answer["settings"][3],
+      (json{{"property", "net.slp.MTU"}, {"label", "MTU"}, {"value", 1000}, {"isStandardDefault", false}}));
+  EXPECT_EQ(RunTool({"config", "get", "--client", "MTU"}).output, "1400\n");
+  EXPECT_EQ(folder_.Read("slp.conf"), before);
+}
+
+TEST_F(ToolServiceConfig, RefusesBadClientValues) {
+  const ProgramRun run = RunTool({"config", "set", "--client", "multicastMaximumWait=500"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.output, "");
+  EXPECT_EQ(
+      run.error,
+      "kelsd: 'multicastMaximumWait' cannot be set: The multicast maximum wait is too small (must be at "
+      "least 501): 500.\n");
+}
+
 TEST_F(ToolServiceConfig, ListsDeviationsOneALine) {
   folder_.Write("slp.conf", "net.slp.port = " + std::to_string(port_) +
                                 "\nnet.slp.traceReg = true\nnet.slp.appendLog = false\n");
@@ -131,14 +189,14 @@ TEST_F(ToolServiceConfig, ListsDeviationsOneALine) {
 TEST_F(ToolServiceConfig, NamesTheFile) {
   EXPECT_EQ(RunTool({"config", "path"}).output, configuration_file() + "\n");
   EXPECT_EQ(RunForJson({"config", "path"}), (json{{"path", configuration_file()}, {"exists", true}}));
-  unsetenv("OpenSLPConfig");
+  ClearEnvironment("OpenSLPConfig");
   const ProgramRun run = RunTool({"config", "path"});
   EXPECT_EQ(run.status, 3);
   EXPECT_EQ(run.error,
             "kelsd: The OpenSLP environment variable 'OpenSLPConfig' is not set. Code: 42.\n"
             "hint: Set the environment variable OpenSLPConfig to the configuration file, or name it with "
             "--config FILE\n");
-  setenv("OpenSLPConfig", configuration_file().c_str(), 1);
+  SetEnvironment("OpenSLPConfig", configuration_file());
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 #include "integration/tool/own_daemon_fixture.h"
 #include "integration/tool/tool_fixture.h"
+#include "support/fake_platform/environment.h"
 
 namespace kelsd::integration {
 namespace {
@@ -20,6 +22,7 @@ TEST_F(ToolSlpd, SaysWhetherTheDaemonRuns) {
   ProgramRun run = RunTool({"slpd", "status"});
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.output, "slpd is not running.\n");
+  EXPECT_EQ(run.error, "hint: Start it: kelsd slpd start\n");
   EXPECT_EQ(RunForJson({"slpd", "status"}), (json{{"running", false}}));
 
   run = RunTool({"slpd", "start"});
@@ -36,6 +39,19 @@ TEST_F(ToolSlpd, StopsTwiceAsWellAsOnce) {
     EXPECT_EQ(run.status, 0) << run.error;
     EXPECT_EQ(run.output, "slpd is not running.\n");
   }
+}
+
+TEST_F(ToolSlpd, TakesAConfigurationFileOfTheCurrentFolder) {
+  std::filesystem::rename(folder_.Path("slp.conf"), folder_.Path("other.conf"));
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(std::filesystem::path(configuration_file()).parent_path());
+  EXPECT_EQ(RunTool({"config", "path", "--config", "other.conf"}).output, folder_.Path("other.conf") + "\n");
+  EXPECT_EQ(RunTool({"slpd", "start", "--config", "other.conf"}).status, 0);
+  std::filesystem::current_path(before);
+  EXPECT_EQ(
+      RunTool({"find", "service:x.y:http", "--address", "127.0.0.1", "--config", folder_.Path("other.conf")})
+          .status,
+      1);
 }
 
 TEST_F(ToolSlpd, RestartsIntoAnotherProcess) {
@@ -56,7 +72,7 @@ TEST_F(ToolSlpd, ExitsWith3AndAHintOnASecondStart) {
 }
 
 TEST_F(ToolSlpd, TellsWhyTheDaemonDoesNotStart) {
-  setenv("KELSD_SLPD", folder_.Path("nowhere").c_str(), 1);
+  SetEnvironment("KELSD_SLPD", folder_.Path("nowhere"));
   const ProgramRun run = RunTool({"slpd", "start"});
   EXPECT_EQ(run.status, 3);
   EXPECT_THAT(run.error, AllOf(HasSubstr("Code: 34."), HasSubstr("\nhint: Check that slpd is installed")));

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "address_option.h"
 #include "attribute_view.h"
 #include "commands/commands.h"
 #include "kelsd/CKelSLPClient.h"
@@ -136,7 +137,8 @@ void AddAttributes(CLI::App& app, Console& console, ExitStatus& status) {
       ->type_name("S")
       ->allow_extra_args(false);
   verb->add_option("--address", options->address, "ask this one host by unicast instead of the whole network")
-      ->type_name("A");
+      ->type_name("A")
+      ->check(IpAddressOnly());
   options->session.AddSearchOptions(*verb);
   verb->footer(kExamples);
   verb->callback([options, &console, &status] { status = Attributes(*options, console); });

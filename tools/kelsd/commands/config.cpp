@@ -1,8 +1,6 @@
 // kelsd config: the settings of the daemon, and those that searches use.
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -13,11 +11,12 @@
 
 #include "attribute_view.h"
 #include "commands/commands.h"
+#include "commands/config_set.h"
 #include "config_view.h"
 #include "kelsd/CKelSLPClient.h"
 #include "kelsd/CKelSLPService.h"
-#include "search_session.h"
-#include "service_settings.h"
+#include "result_view.h"
+#include "settings.h"
 
 namespace kelsd_tool {
 namespace {
@@ -26,13 +25,6 @@ using kelsd::CKelSLPClientConfig;
 using kelsd::CKelSLPConfig;
 using kelsd::CKelSLPServiceConfig;
 using kelsd::SResult;
-
-struct ConfigOptions {
-  SearchSession session;
-  bool client = false;
-  std::string key;
-  std::vector<std::string> assignments;
-};
 
 // What a configuration record of either kind says.
 struct Configuration {
@@ -46,10 +38,14 @@ constexpr const char* kExamples = R"help(Examples:
   kelsd config show --client --timeout 5000 --json
   kelsd config get net.slp.useScopes
   kelsd config set useScopes=DEFAULT,TAMRO traceReg=true
+  kelsd config set --client maxResults=20 multicastTimeouts=500,1000
   kelsd config validate
   kelsd config path
 
 A '*' marks a value that differs from the default of the SLP standard. Keys may leave out "net.slp.".
+'set' writes the settings of slpd to the configuration file and restarts slpd when that makes a difference.
+With --client it applies them to the searches of its own process, shows what they are then, and writes nothing
+to a file: an application passes its own to CKelSLPClient::SetSLPClientConfig each time it starts.
 Exit status: 0 done; 1 deviations found (validate only); 2 usage; 3 failure.)help";
 
 std::optional<ExitStatus> Read(ConfigOptions& options, Console& console, Configuration& configuration) {
@@ -72,19 +68,11 @@ std::optional<ExitStatus> Read(ConfigOptions& options, Console& console, Configu
     return console.Fail(read);
   }
   for (const SResult& problem : configuration.problems) {
-    console.PrintError(problem);
+    if (!options.session.json()) {
+      console.PrintError(problem);
+    }
   }
   return std::nullopt;
-}
-
-nlohmann::json ToJson(const Setting& setting) {
-  nlohmann::json row = {{"property", CKelSLPConfig::ToStringKey(setting.property)},
-                        {"label", CKelSLPConfig::ToString(setting.property)},
-                        {"value", setting.value}};
-  if (setting.has_standard) {
-    row["isStandardDefault"] = setting.is_standard;
-  }
-  return row;
 }
 
 ExitStatus Show(ConfigOptions& options, Console& console) {
@@ -93,26 +81,18 @@ ExitStatus Show(ConfigOptions& options, Console& console) {
     return *status;
   }
   if (options.session.json()) {
-    nlohmann::json list = nlohmann::json::array();
-    for (const Setting& setting : configuration.settings) {
-      list.push_back(ToJson(setting));
-    }
-    console.PrintJson({{"settings", list}});
-    return kFound;
+    console.PrintJson(
+        {{"settings", ToJson(configuration.settings)}, {"problems", ToJson(configuration.problems)}});
+  } else {
+    console.PrintTable(ToTable(configuration.settings));
   }
-  Table table({{""}, {"PROPERTY"}, {"VALUE"}, {"MEANING", false, true}});
-  for (const Setting& setting : configuration.settings) {
-    table.AddRow({setting.is_standard ? "" : "*", CKelSLPConfig::ToStringKey(setting.property),
-                  ToText(setting.value), CKelSLPConfig::ToString(setting.property)});
-  }
-  console.PrintTable(table);
   return kFound;
 }
 
 ExitStatus Get(ConfigOptions& options, Console& console) {
   const CKelSLPConfig::EProperty property = FindProperty(options.key);
   if (property == CKelSLPConfig::PROP_UNKNOWN) {
-    return console.RejectUsage("there is no setting '" + options.key + "'; 'kelsd config show' lists them");
+    return console.RejectUsage(UnknownKey(options.key));
   }
   Configuration configuration;
   if (const std::optional<ExitStatus> status = Read(options, console, configuration)) {
@@ -121,7 +101,9 @@ ExitStatus Get(ConfigOptions& options, Console& console) {
   for (const Setting& setting : configuration.settings) {
     if (setting.property == property) {
       if (options.session.json()) {
-        console.PrintJson(ToJson(setting));
+        nlohmann::json document = ToJson(setting);
+        document["problems"] = ToJson(configuration.problems);
+        console.PrintJson(document);
       } else {
         console.PrintLine(ToText(setting.value));
       }
@@ -130,95 +112,6 @@ ExitStatus Get(ConfigOptions& options, Console& console) {
   }
   return console.RejectUsage("'" + options.key + "' is no setting of the " +
                              (options.client ? "client" : "service") + " configuration");
-}
-
-struct Assignment {
-  std::string key;
-  CKelSLPConfig::EProperty property = CKelSLPConfig::PROP_UNKNOWN;
-  std::string value;
-};
-
-// What is wrong with `text`, none when it has become `assignment`.
-std::optional<std::string> ParseAssignment(const std::string& text, Assignment& assignment) {
-  const std::size_t equals = text.find('=');
-  if (equals == std::string::npos) {
-    return "settings are given as KEY=VALUE, not '" + text + "'";
-  }
-  assignment.key = text.substr(0, equals);
-  assignment.property = FindProperty(assignment.key);
-  assignment.value = text.substr(equals + 1);
-  if (assignment.property == CKelSLPConfig::PROP_UNKNOWN) {
-    return "there is no setting '" + assignment.key + "'; 'kelsd config show' lists them";
-  }
-  if (!IsEditable(assignment.property)) {
-    return "'" + assignment.key +
-           "' is read-only here; it is changed in the configuration file that 'kelsd config path' names";
-  }
-  return std::nullopt;
-}
-
-// Whether a value of the file, which could not be read, would be replaced by the default without having been
-// asked for; it has been told then.
-bool WouldLoseValues(const std::vector<SResult>& problems, const std::vector<Assignment>& assignments,
-                     Console& console) {
-  bool would_lose = false;
-  for (const SResult& problem : problems) {
-    if (std::none_of(assignments.begin(), assignments.end(), [&problem](const Assignment& assignment) {
-          return IsAbout(problem, assignment.property);
-        })) {
-      console.PrintError(problem);
-      would_lose = true;
-    }
-  }
-  if (would_lose) {
-    console.PrintError(
-        "nothing was set, as it would replace the values above by defaults: correct them in the "
-        "configuration "
-        "file, or set them too");
-  }
-  return would_lose;
-}
-
-// 1. All assignments must make sense before anything is written,
-// 2. and every value of the file that they leave alone must have been read, as all are written.
-// 3. Write them together: the daemon is restarted once at most.
-ExitStatus Set(ConfigOptions& options, Console& console) {
-  if (options.client) {
-    return console.RejectUsage(
-        "the client configuration lives in the process that sets it and is not stored: an application sets "
-        "its own; 'kelsd find' takes --timeout and --interface");
-  }
-  std::vector<Assignment> assignments(options.assignments.size());
-  for (std::size_t i = 0; i < assignments.size(); ++i) {
-    if (const auto problem = ParseAssignment(options.assignments[i], assignments[i])) {
-      return console.RejectUsage(*problem);
-    }
-  }
-  if (const std::optional<ExitStatus> status = options.session.Open(console)) {
-    return *status;
-  }
-  CKelSLPServiceConfig config;
-  std::vector<SResult> problems;
-  if (const SResult read = kelsd::CKelSLPService::GetSLPServiceConfig(config, problems); read.IsNotOk()) {
-    return console.Fail(read);
-  }
-  for (const Assignment& assignment : assignments) {
-    if (const auto problem = SetSetting(config, assignment.property, assignment.value)) {
-      return console.RejectUsage("'" + assignment.key + "' cannot be set: " + *problem);
-    }
-  }
-  if (WouldLoseValues(problems, assignments, console)) {
-    return kFailure;
-  }
-  if (const SResult set = kelsd::CKelSLPService::SetSLPServiceConfig(config); set.IsNotOk()) {
-    return console.Fail(set);
-  }
-  if (options.session.json()) {
-    console.PrintJson({{"set", options.assignments}});
-  } else {
-    console.PrintLine("Set.");
-  }
-  return kFound;
 }
 
 ExitStatus Validate(ConfigOptions& options, Console& console) {
@@ -234,7 +127,7 @@ ExitStatus Validate(ConfigOptions& options, Console& console) {
     }
   }
   if (options.session.json()) {
-    console.PrintJson({{"deviations", list}});
+    console.PrintJson({{"deviations", list}, {"problems", ToJson(configuration.problems)}});
   }
   return list.empty() && configuration.problems.empty() ? kFound : kNothingFound;
 }
@@ -263,7 +156,7 @@ struct SubVerb {
 constexpr SubVerb kSubVerbs[] = {
     {"show", "Show the settings in force", &Show},
     {"get", "Print the value of one setting", &Get},
-    {"set", "Change settings of the daemon; it is restarted when that makes a difference", &Set},
+    {"set", "Change settings of the daemon, or with --client of this process's searches", &SetSettings},
     {"validate", "Print what deviates from the library's requirements, one line each", &Validate},
     {"path", "Print the name of the configuration file", &Path},
 };
@@ -281,14 +174,15 @@ void AddConfig(CLI::App& app, Console& console, ExitStatus& status) {
     if (sub_verb.perform == &Get) {
       sub->add_option("KEY", options->key, "setting, e.g. net.slp.useScopes")->required();
     }
-    if (sub_verb.perform == &Set) {
+    if (sub_verb.perform == &SetSettings) {
       sub->add_option("SETTING", options->assignments,
                       "setting and its value; several values are separated by commas")
           ->type_name("KEY=VALUE")
           ->required();
     }
-    sub->add_flag("--client", options->client, "the settings that searches use, instead of the daemon's");
-    if (sub_verb.perform == &Set || sub_verb.perform == &Path) {
+    sub->add_flag("--client", options->client,
+                  "the settings of this process's searches, instead of the daemon's");
+    if (sub_verb.perform == &SetSettings || sub_verb.perform == &Path) {
       options->session.AddCommonOptions(*sub);
     } else {
       options->session.AddSearchOptions(*sub);

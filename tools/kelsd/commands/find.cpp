@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "address_option.h"
 #include "commands/commands.h"
 #include "filter_options.h"
 #include "kelsd/CKelSLPClient.h"
@@ -63,6 +64,9 @@ void PrintFound(Console& console, const std::vector<SKelServiceSearchResult>& se
 }
 
 ExitStatus Find(FindOptions& options, Console& console) {
+  if (options.type.empty()) {
+    return console.RejectUsage("the service type is empty; name one, e.g. zdrest or service:printer:lpr");
+  }
   std::string filter;
   std::string problem;
   if (!options.filter.Build(filter, problem)) {
@@ -103,7 +107,8 @@ void AddFind(CLI::App& app, Console& console, ExitStatus& status) {
       ->type_name("S")
       ->allow_extra_args(false);
   verb->add_option("--address", options->address, "ask this one host by unicast instead of the whole network")
-      ->type_name("A");
+      ->type_name("A")
+      ->check(IpAddressOnly());
   options->filter.AddTo(*verb);
   options->session.AddSearchOptions(*verb);
   verb->footer(kExamples);

@@ -11,6 +11,7 @@
 #include "commands/commands.h"
 #include "kelsd/CKelSLPService.h"
 #include "kelsd/CKelServiceTypeServiceHost.h"
+#include "progress.h"
 #include "search_session.h"
 #include "service_kind.h"
 #include "stop_request.h"
@@ -54,7 +55,8 @@ Exit status: 0 registered and deregistered, 2 usage, 3 failure, also when the se
 constexpr const char* kDeregisterExamples = R"help(Examples:
   kelsd deregister service:zdrest.tamro:http://10.0.0.5:8080
 
-A service whose application still runs comes back when that application renews it.
+A service whose application still runs comes back when that application renews it. Starts slpd when it does
+not run.
 Exit status: 0 deregistered, 2 usage, 3 failure.)help";
 
 // The URL, and for a type of the family all its attributes and its scope where the user gives none. False,
@@ -103,6 +105,19 @@ void Say(Console& console, bool json, const std::string& event, const std::strin
   }
 }
 
+ExitStatus Withdraw(const std::string& url, Console& console, bool json) {
+  SResult deregistered;
+  {
+    const Progress progress("Deregistering " + url);
+    deregistered = CKelSLPService::DeregisterService(url);
+  }
+  if (deregistered.IsNotOk()) {
+    return console.Fail(deregistered);
+  }
+  Say(console, json, "deregistered", url, "Deregistered " + url + ".");
+  return kFound;
+}
+
 // 1. Requests to end are taken from here on, so that none leaves the service behind.
 // 2. Register; the library renews from now on.
 // 3. Stay until a request, or until the library has given the service up.
@@ -127,8 +142,12 @@ ExitStatus Register(RegisterOptions& options, Console& console) {
         stop->Raise();
       });
   const bool json = options.session.json();
-  const SResult registered =
-      CKelSLPService::RegisterService(service.url, options.lifetime, service.attributes, service.scopes);
+  SResult registered;
+  {
+    const Progress progress("Registering " + service.url);
+    registered =
+        CKelSLPService::RegisterService(service.url, options.lifetime, service.attributes, service.scopes);
+  }
   if (registered.IsNotOk()) {
     CKelSLPService::SetReRegistrationFailedCallback({});
     return console.Fail(registered);
@@ -139,22 +158,14 @@ ExitStatus Register(RegisterOptions& options, Console& console) {
   if (given_up->load()) {
     return kFailure;
   }
-  if (const SResult deregistered = CKelSLPService::DeregisterService(service.url); deregistered.IsNotOk()) {
-    return console.Fail(deregistered);
-  }
-  Say(console, json, "deregistered", service.url, "Deregistered " + service.url + ".");
-  return kFound;
+  return Withdraw(service.url, console, json);
 }
 
 ExitStatus Deregister(DeregisterOptions& options, Console& console) {
   if (const std::optional<ExitStatus> status = options.session.Open(console)) {
     return *status;
   }
-  if (const SResult deregistered = CKelSLPService::DeregisterService(options.url); deregistered.IsNotOk()) {
-    return console.Fail(deregistered);
-  }
-  Say(console, options.session.json(), "deregistered", options.url, "Deregistered " + options.url + ".");
-  return kFound;
+  return Withdraw(options.url, console, options.session.json());
 }
 
 }  // namespace

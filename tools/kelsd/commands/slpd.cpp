@@ -5,6 +5,7 @@
 
 #include "commands/commands.h"
 #include "kelsd/CKelSLPService.h"
+#include "progress.h"
 #include "search_session.h"
 
 namespace kelsd_tool {
@@ -16,13 +17,15 @@ using kelsd::SResult;
 struct Action {
   const char* name;
   const char* help;
+  const char* progress;
   SResult (*perform)();
 };
 
 constexpr Action kActions[] = {
-    {"start", "Start the daemon", &CKelSLPService::StartSLPD},
-    {"stop", "Stop the daemon; nothing to do when it does not run", &CKelSLPService::StopSLPD},
-    {"restart", "Stop and start the daemon", &CKelSLPService::RestartSLPD},
+    {"start", "Start the daemon", "Starting slpd", &CKelSLPService::StartSLPD},
+    {"stop", "Stop the daemon; nothing to do when it does not run", "Stopping slpd",
+     &CKelSLPService::StopSLPD},
+    {"restart", "Stop and start the daemon", "Restarting slpd", &CKelSLPService::RestartSLPD},
 };
 
 constexpr const char* kExamples = R"help(Examples:
@@ -46,7 +49,12 @@ ExitStatus PrintState(Console& console, bool json) {
 }
 
 ExitStatus Perform(const Action& action, Console& console, bool json) {
-  if (const SResult done = action.perform(); done.IsNotOk()) {
+  SResult done;
+  {
+    const Progress progress(action.progress);
+    done = action.perform();
+  }
+  if (done.IsNotOk()) {
     return console.Fail(done);
   }
   return PrintState(console, json) == kFailure ? kFailure : kFound;
@@ -66,6 +74,9 @@ void AddSlpd(CLI::App& app, Console& console, ExitStatus& status) {
   ask->callback([session, &console, &status] {
     session->UseConfiguration();
     status = PrintState(console, session->json());
+    if (status == kNothingFound) {
+      console.PrintNote("hint: Start it: kelsd slpd start");
+    }
   });
   for (const Action& action : kActions) {
     CLI::App* sub = verb->add_subcommand(action.name, action.help);

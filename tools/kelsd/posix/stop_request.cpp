@@ -58,9 +58,12 @@ StopRequest::StopRequest() {
   }
   fcntl(request_pipe[1], F_SETFL, O_NONBLOCK);
   SetHandler(HandleSignal);
+  // Who reads the output may go before the tool does, which still has something to take back then.
+  signal(SIGPIPE, SIG_IGN);
 }
 
 StopRequest::~StopRequest() {
+  signal(SIGPIPE, SIG_DFL);
   SetHandler(SIG_DFL);
   for (int& end : request_pipe) {
     close(end);

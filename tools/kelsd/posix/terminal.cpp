@@ -22,6 +22,10 @@ bool ErrorIsTerminal() {
   return isatty(STDERR_FILENO) != 0;
 }
 
+// Terminals take UTF-8, or what the locale says, which is not the tool's to change.
+Utf8Output::Utf8Output() = default;
+Utf8Output::~Utf8Output() = default;
+
 void SetEnvironment(const std::string& name, const std::string& value) {
   setenv(name.c_str(), value.c_str(), 1);
 }

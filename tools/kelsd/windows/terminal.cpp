@@ -19,6 +19,17 @@ bool ErrorIsTerminal() {
   return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
 }
 
+Utf8Output::Utf8Output() : former_(GetConsoleOutputCP()) {
+  SetConsoleOutputCP(CP_UTF8);
+}
+
+// The console outlives the tool.
+Utf8Output::~Utf8Output() {
+  if (former_ != 0) {
+    SetConsoleOutputCP(former_);
+  }
+}
+
 // The C run-time library keeps a copy of the environment of its own, which getenv reads: both are set.
 void SetEnvironment(const std::string& name, const std::string& value) {
   SetEnvironmentVariableA(name.c_str(), value.c_str());
