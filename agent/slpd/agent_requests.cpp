@@ -39,6 +39,16 @@ std::string AdvertisedAddress(const RequestContext& context) {
   return !context.origin.local_address.empty() || own.empty() ? context.origin.local_address : own.front();
 }
 
+SrvRply KnownDirectoryAgents(const RequestContext& context, const SrvRqst& request) {
+  SrvRply reply;
+  if (context.known_agents) {
+    for (std::string& url : context.known_agents(SplitStringList(request.scopes))) {
+      reply.urls.push_back({.lifetime = kMaximumLifetime, .url = std::move(url), .authentication = {}});
+    }
+  }
+  return reply;
+}
+
 }  // namespace
 
 // 1. Scopes may be left out here, but if there are some, one must be served (RFC 2608 section 11.2).
@@ -81,8 +91,9 @@ Answer AnswerServiceAgentRequest(const RequestContext& context, const SrvRqst& r
   return Reply{std::move(advert.body)};
 }
 
-// 1. Only a directory agent answers with an advertisement; a service agent that is asked by unicast says that
-// it knows of none (RFC 2608 section 8.2).
+// 1. Only a directory agent answers with an advertisement. A service agent that is asked by unicast answers
+// as for any other service (RFC 2608 section 8.2): with the directory agents that it knows of where a program
+// of its own host asks, which then need not look for them itself, else with none.
 // 2. What is wrong with a request is told in the advertisement's error code (section 8.5). Scopes may be left
 // out, but if there are some, one must be served (sections 11.2 and 12.1).
 // 3. The predicate is compared with the agent's attributes; where they don't satisfy it, there is no
@@ -90,7 +101,8 @@ Answer AnswerServiceAgentRequest(const RequestContext& context, const SrvRqst& r
 Answer AnswerDirectoryAgentRequest(const RequestContext& context, const SrvRqst& request) {
   const AgentSettings& settings = context.settings;
   if (!settings.directory_agent) {
-    return ErrorAnswer(FunctionId::kSrvRqst, Error::kOk);
+    return Reply{context.origin.own_host && !context.multicast ? KnownDirectoryAgents(context, request)
+                                                               : SrvRply()};
   }
   DaAdvert advert = MakeAdvertisement(settings, AdvertisedAddress(context));
   const Result<Predicate> predicate = Predicate::Parse(request.predicate);

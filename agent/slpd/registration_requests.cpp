@@ -7,6 +7,7 @@
 #include "slpd/process_binding.h"
 #include "slpd/request_context.h"
 #include "slpd/request_lists.h"
+#include "text/ipv4_address.h"
 #include "text/service_url.h"
 #include "text/string_list.h"
 
@@ -28,14 +29,10 @@ Result<std::uint32_t> BoundProcess(const RequestContext& context, const std::str
   return process_id;
 }
 
-/// Whether the text is a numeric IPv4 address; names can be compared with no sender.
-bool IsAddress(std::string_view host) {
-  return !host.empty() && host.find_first_not_of("0123456789.") == std::string_view::npos;
-}
-
 /// kOk when the sender may change what is registered under `url`. The own host may, whatever its URLs name.
 /// Other hosts may with a directory agent, when they stand in one of its networks, and by
-/// net.slp.checkSourceAddr only what names no address but theirs.
+/// net.slp.checkSourceAddr only what names no address but theirs; a host's name can be compared with no
+/// sender.
 Error CheckSender(const RequestContext& context, const std::string& url) {
   if (context.origin.own_host) {
     return Error::kOk;
@@ -44,7 +41,7 @@ Error CheckSender(const RequestContext& context, const std::string& url) {
     return Error::kMessageNotSupported;
   }
   const Result<ServiceUrl> parsed = ParseServiceUrl(url);
-  const bool names_another = parsed && IsAddress(parsed->host) && parsed->host != context.origin.address;
+  const bool names_another = parsed && IsIpv4Address(parsed->host) && parsed->host != context.origin.address;
   return context.settings.check_source_address && names_another ? Error::kInvalidRegistration : Error::kOk;
 }
 

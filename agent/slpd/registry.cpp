@@ -181,6 +181,10 @@ std::optional<RegistrationView> Registry::Find(std::string_view url, std::string
   return id == kNoEntry ? std::nullopt : std::optional(store_->services[id].View());
 }
 
+bool Registry::Knows(std::string_view url) const {
+  return store_->services.FindUrl(url) != kNoEntry;
+}
+
 void Registry::ForEach(const std::function<void(const RegistrationView&)>& visit) const {
   const ServiceStore& services = store_->services;
   for (EntryId id = 0; id != services.end(); ++id) {

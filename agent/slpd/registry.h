@@ -113,6 +113,9 @@ class Registry {
   /// The registration of `url` in `language`, none when there is none.
   std::optional<RegistrationView> Find(std::string_view url, std::string_view language) const;
 
+  /// Whether anything is registered under the URL, in whatever language.
+  bool Knows(std::string_view url) const;
+
   /// All registrations, in no particular order.
   void ForEach(const std::function<void(const RegistrationView&)>& visit) const;
 

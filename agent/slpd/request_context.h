@@ -22,6 +22,7 @@ struct RequestContext {
   const AgentSettings& settings;
   EventSink& events;
   const RequestHandler::ProcessProbe& process_exists;
+  const RequestHandler::KnownAgents& known_agents;
   const Header& header;
   const RequestOrigin& origin;
   Instant now;

@@ -148,8 +148,8 @@ std::optional<Bytes> RequestHandler::Handle(std::span<const std::uint8_t> reques
       return drop("answered before: this agent is a previous responder");
     }
     if (IsValidLanguageTag(message->header.language)) {
-      answer = std::visit(Dispatch{{registry_, settings_, events_, process_exists_, message->header, origin,
-                                    now, multicast, limit}},
+      answer = std::visit(Dispatch{{registry_, settings_, events_, process_exists_, known_agents_,
+                                    message->header, origin, now, multicast, limit}},
                           message->body);
     } else {
       // RFC 2608 section 7: an omitted language tag makes a registration an invalid one.

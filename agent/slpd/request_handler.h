@@ -6,6 +6,9 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "slpd/agent_settings.h"
 #include "slpd/event_sink.h"
@@ -21,10 +24,16 @@ class RequestHandler {
   /// Whether a process is to be seen from here; asked when a registration asks to be bound to one.
   using ProcessProbe = std::function<bool(std::uint32_t process_id)>;
 
+  /// The URLs of the known directory agents that serve one of the scopes, of all for no scopes.
+  using KnownAgents = std::function<std::vector<std::string>(const std::vector<std::string>& scopes)>;
+
   /// `registry` and `events` must outlive the handler; `settings` are copied. Without a probe every process
   /// is taken to exist.
   RequestHandler(Registry& registry, const AgentSettings& settings, EventSink& events,
                  ProcessProbe process_exists = nullptr);
+
+  /// Where the own host's programs learn of directory agents; without it none are known.
+  void SetKnownAgents(KnownAgents known_agents) { known_agents_ = std::move(known_agents); }
 
   /// The settings from now on, after a reload; what is registered stays.
   void SetSettings(const AgentSettings& settings);
@@ -41,6 +50,7 @@ class RequestHandler {
   AgentSettings settings_;
   EventSink& events_;
   ProcessProbe process_exists_;
+  KnownAgents known_agents_;
 };
 
 }  // namespace slp

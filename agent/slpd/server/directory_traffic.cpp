@@ -1,20 +1,69 @@
 #include "slpd/server/directory_traffic.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "slpd/directory/advertisement.h"
+#include "slpd/server/message_text.h"
 #include "wire/codec.h"
 
 namespace slp {
+namespace {
 
-void DirectoryTraffic::Apply(const AgentSettings& settings, bool broadcast_only, Instant now) {
+constexpr std::chrono::seconds kStreamLimit{15};
+
+std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::optional<Instant>& other) {
+  return one && other ? std::min(one, other) : (one ? one : other);
+}
+
+}  // namespace
+
+DirectoryTraffic::DirectoryTraffic(asio::io_context& io, Listeners& listeners, const Registry& registry,
+                                   Log& log, DirectoryClient::Random random, OnReply on_reply)
+    : io_(io),
+      listeners_(listeners),
+      log_(log),
+      on_reply_(std::move(on_reply)),
+      client_(registry, *this, std::move(random)) {}
+
+DirectoryTraffic::~DirectoryTraffic() {
+  for (const auto& [address, stream] : streams_) {
+    if (const auto request = stream.lock()) {
+      request->Close();
+    }
+  }
+}
+
+void DirectoryTraffic::Apply(const AgentSettings& settings, const Properties& properties, Instant now) {
   if (advertiser_.running() && !settings.directory_agent) {
-    Leave();
+    Advertise(true);
+    advertiser_.Stop();
   }
   settings_ = settings;
-  broadcast_only_ = broadcast_only;
+  broadcast_only_ = properties.GetBool("net.slp.isBroadcastOnly");
+  trace_ = properties.GetBool("net.slp.traceDATraffic");
   if (settings_.directory_agent) {
     advertiser_.Start(settings_.heartbeat, now);
+  }
+  std::vector<std::string> problems;
+  client_.Apply(DirectoryClientSettings::From(properties, settings, problems), now);
+  for (const std::string& problem : problems) {
+    log_.Write(LogKind::kProblem, problem);
+  }
+}
+
+bool DirectoryTraffic::Wants(std::span<const std::uint8_t> message) {
+  const auto header = PeekHeader(message);
+  return header && (header->function == static_cast<std::uint8_t>(FunctionId::kDaAdvert) ||
+                    header->function == static_cast<std::uint8_t>(FunctionId::kSrvAck));
+}
+
+void DirectoryTraffic::TakeMessage(const Message& message, const RequestOrigin& origin, Instant now) {
+  TraceMessage("from ", origin.address, message);
+  if (message.function() == FunctionId::kDaAdvert) {
+    client_.OnAdvertisement(message, origin, now);
+  } else if (message.function() == FunctionId::kSrvAck) {
+    client_.OnAcknowledgment(message, origin, now);
   }
 }
 
@@ -22,9 +71,15 @@ void DirectoryTraffic::Tick(Instant now) {
   if (advertiser_.TakeDue(now)) {
     Advertise(false);
   }
+  client_.Tick(now);
+}
+
+std::optional<Instant> DirectoryTraffic::NextDue(Instant now) const {
+  return Earlier(advertiser_.NextDue(), client_.NextDue(now));
 }
 
 void DirectoryTraffic::Leave() {
+  client_.Leave();
   if (advertiser_.running()) {
     Advertise(true);
     advertiser_.Stop();
@@ -33,8 +88,8 @@ void DirectoryTraffic::Leave() {
 
 // An advertisement must fit a datagram; one that is too long leaves the attributes out, which it may.
 void DirectoryTraffic::Advertise(bool leaving) const {
-  listeners_.SendToAll(broadcast_only_, [&](const std::string& address) {
-    Message message = MakeUnsolicitedAdvertisement(settings_, address, leaving);
+  listeners_.SendToAll(broadcast_only_, [&](const asio::ip::address& address) {
+    Message message = MakeUnsolicitedAdvertisement(settings_, address.to_string(), leaving);
     Result<Bytes> bytes = Encode(message);
     if (!bytes || bytes->size() > settings_.mtu) {
       std::get<DaAdvert>(message.body).attributes.clear();
@@ -42,6 +97,53 @@ void DirectoryTraffic::Advertise(bool leaving) const {
     }
     return bytes ? std::move(bytes).value() : Bytes();
   });
+}
+
+void DirectoryTraffic::SendToAll(const std::function<Message(bool loopback)>& message) {
+  listeners_.SendToAll(broadcast_only_, [&](const asio::ip::address& address) {
+    Result<Bytes> bytes = Encode(message(address.is_loopback()));
+    return bytes ? std::move(bytes).value() : Bytes();
+  });
+}
+
+void DirectoryTraffic::Send(const DirectoryPeer& peer, const Message& message) {
+  TraceMessage("to ", peer.address, message);
+  asio::error_code error;
+  const auto address = asio::ip::make_address(peer.address, error);
+  if (const Result<Bytes> bytes = Encode(message); bytes && !error) {
+    listeners_.SendTo(*bytes, address, peer.local_address);
+  }
+}
+
+void DirectoryTraffic::SendByStream(const DirectoryPeer& peer, const Message& message) {
+  TraceMessage("to ", peer.address, message);
+  asio::error_code error;
+  const auto address = asio::ip::make_address(peer.address, error);
+  const auto local = listeners_.LocalAddressTowards(address, peer.local_address);
+  Result<Bytes> bytes = Encode(message);
+  if (error || !local || !bytes) {
+    return;
+  }
+  std::erase_if(streams_, [](const auto& entry) { return entry.second.expired(); });
+  auto& stream = streams_[peer.address];
+  if (const auto earlier = stream.lock()) {
+    earlier->Close();
+  }
+  const Sender sender{address, *local, Transport::kTcp};
+  stream = StreamRequest::Start(
+      io_, {*local, 0}, {address, listeners_.port()}, std::move(bytes).value(), kStreamLimit,
+      [this, sender](std::span<const std::uint8_t> reply) { on_reply_(reply, sender); });
+}
+
+void DirectoryTraffic::Tell(bool problem, const std::string& text) {
+  log_.Write(problem ? LogKind::kProblem : LogKind::kState, "slpd: " + text);
+}
+
+void DirectoryTraffic::TraceMessage(const std::string& direction, const std::string& address,
+                                    const Message& message) const {
+  if (trace_) {
+    log_.Write(LogKind::kMessage, direction + "directory agent " + address + ": " + Describe(message));
+  }
 }
 
 }  // namespace slp

@@ -1,40 +1,86 @@
-// What the daemon sends without having been asked: its advertisements as a directory agent. On the thread
-// that runs the event loop.
+// What the daemon sends without having been asked, and hears of it: its advertisements as a directory agent,
+// its search for other ones and the registrations with them. On the thread that runs the event loop.
 #pragma once
 
+#include <asio/io_context.hpp>
+#include <map>
+#include <memory>
 #include <optional>
+#include <span>
+#include <string>
+#include <vector>
 
+#include "properties/properties.h"
 #include "slpd/agent_settings.h"
 #include "slpd/directory/advertiser.h"
+#include "slpd/directory/directory_client.h"
+#include "slpd/directory/directory_wire.h"
+#include "slpd/registry.h"
 #include "slpd/seconds.h"
 #include "slpd/server/listeners.h"
+#include "slpd/server/log.h"
+#include "slpd/server/stream_request.h"
 
 namespace slp {
 
-class DirectoryTraffic {
+class DirectoryTraffic : private DirectoryWire {
  public:
-  /// `listeners` outlive it.
-  explicit DirectoryTraffic(Listeners& listeners) : listeners_(listeners) {}
+  /// A reply that came by TCP, from this address.
+  using OnReply = std::function<void(std::span<const std::uint8_t> message, const Sender& sender)>;
 
-  /// The settings from now on, with the boot timestamp in them; what others know of this agent is told anew.
-  void Apply(const AgentSettings& settings, bool broadcast_only, Instant now);
+  /// Everything that is handed in outlives it.
+  DirectoryTraffic(asio::io_context& io, Listeners& listeners, const Registry& registry, Log& log,
+                   DirectoryClient::Random random, OnReply on_reply);
+  DirectoryTraffic(const DirectoryTraffic&) = delete;
+  DirectoryTraffic& operator=(const DirectoryTraffic&) = delete;
+  ~DirectoryTraffic() override;
+
+  /// The settings from now on, with own addresses and boot timestamp in them; what others know of this agent
+  /// is told anew.
+  void Apply(const AgentSettings& settings, const Properties& properties, Instant now);
+
+  void OnRegistration(RegistrationEvent event, const RegistrationView& registration) {
+    client_.OnRegistration(event, registration);
+  }
+
+  /// Whether a message that begins with `message` is one that TakeMessage understands.
+  static bool Wants(std::span<const std::uint8_t> message);
+
+  /// An advertisement or acknowledgment of another agent.
+  void TakeMessage(const Message& message, const RequestOrigin& origin, Instant now);
 
   /// Sends what is due.
   void Tick(Instant now);
 
   /// When Tick has something to do; none: never.
-  std::optional<Instant> NextDue() const { return advertiser_.NextDue(); }
+  std::optional<Instant> NextDue(Instant now) const;
 
-  /// The daemon ends: says so.
+  /// The daemon ends: says so to everybody.
   void Leave();
 
- private:
-  void Advertise(bool leaving) const;
+  std::vector<std::string> KnownAgents(const std::vector<std::string>& scopes) const {
+    return client_.Serving(scopes);
+  }
 
+ private:
+  void SendToAll(const std::function<Message(bool loopback)>& message) override;
+  void Send(const DirectoryPeer& peer, const Message& message) override;
+  void SendByStream(const DirectoryPeer& peer, const Message& message) override;
+  void Tell(bool problem, const std::string& text) override;
+
+  void Advertise(bool leaving) const;
+  void TraceMessage(const std::string& direction, const std::string& address, const Message& message) const;
+
+  asio::io_context& io_;
   Listeners& listeners_;
+  Log& log_;
+  OnReply on_reply_;
   AgentSettings settings_;
   bool broadcast_only_ = false;
+  bool trace_ = false;
   Advertiser advertiser_;
+  DirectoryClient client_;
+  std::map<std::string, std::weak_ptr<StreamRequest>> streams_;  ///< by the peer's address
 };
 
 }  // namespace slp

@@ -126,16 +126,41 @@ void Listeners::Close() {
 }
 
 void Listeners::SendToAll(bool broadcast,
-                          const std::function<Bytes(const std::string& address)>& message) const {
+                          const std::function<Bytes(const asio::ip::address& address)>& message) const {
   for (const auto& [key, place] : places_) {
     const bool by_broadcast = broadcast && !plan_.broadcast.is_unspecified() && !key.first.is_loopback();
     if (place.in_group) {
       // One that an interface does not take is sent again later, as one that is lost.
       static_cast<void>(place.unicast->Send(
-          message(key.first.to_string()),
+          message(key.first),
           {by_broadcast ? plan_.broadcast : asio::ip::address(kMulticastGroup), plan_.port}));
     }
   }
+}
+
+void Listeners::SendTo(std::span<const std::uint8_t> message, const asio::ip::address& to,
+                       const std::string& local) const {
+  if (const auto from = LocalAddressTowards(to, local)) {
+    static_cast<void>(places_.at({*from, plan_.port}).unicast->Send(message, {to, plan_.port}));
+  }
+}
+
+std::optional<asio::ip::address> Listeners::LocalAddressTowards(const asio::ip::address& peer,
+                                                                const std::string& local) const {
+  for (const auto& [key, place] : places_) {
+    if (key.first.to_string() == local) {
+      return key.first;
+    }
+  }
+  if (const DatagramListener* facing = ListenerFacing(peer)) {
+    return facing->local_address();
+  }
+  for (const auto& [key, place] : places_) {
+    if (key.first.is_loopback() == peer.is_loopback()) {
+      return key.first;
+    }
+  }
+  return std::nullopt;
 }
 
 std::vector<std::string> Listeners::ServedEndpoints() const {

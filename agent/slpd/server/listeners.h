@@ -35,7 +35,19 @@ class Listeners {
 
   /// Sends what `message` returns for an address to the SLP group, or to the broadcast address where there is
   /// one to be used, by each place that hears the group.
-  void SendToAll(bool broadcast, const std::function<Bytes(const std::string& address)>& message) const;
+  void SendToAll(bool broadcast, const std::function<Bytes(const asio::ip::address& address)>& message) const;
+
+  /// One datagram to the port of every agent, from the place at `local` or, where nothing is served there,
+  /// from the one that LocalAddressTowards names. One that can't be sent is lost as others are on their way.
+  void SendTo(std::span<const std::uint8_t> message, const asio::ip::address& to,
+              const std::string& local) const;
+
+  /// The served address to speak to `peer` from: `local`, else one in the same network, else any that is not
+  /// of the loopback network; none when nothing is served that reaches it.
+  std::optional<asio::ip::address> LocalAddressTowards(const asio::ip::address& peer,
+                                                       const std::string& local) const;
+
+  std::uint16_t port() const { return plan_.port; }
 
   /// "127.0.0.1:427", in the plan's order.
   std::vector<std::string> ServedEndpoints() const;

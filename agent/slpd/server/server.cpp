@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 #include "slpd/registration_file.h"
+#include "wire/codec.h"
 
 namespace slp {
 namespace {
@@ -51,24 +53,33 @@ std::uint32_t Server::SecondsSince1970() {
           .count());
 }
 
+std::uint32_t Server::AnyNumber() {
+  static std::random_device source;
+  return source();
+}
+
 void Server::Events::OnRegistration(RegistrationEvent event, const RegistrationView& registration) {
   Trace::OnRegistration(event, registration);
   if (registration.process_id != 0) {
-    to_review_.push_back(registration.process_id);
+    server_.processes_to_review_.push_back(registration.process_id);
   }
+  server_.directory_traffic_.OnRegistration(event, registration);
 }
 
 Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits,
-               WallClock wall_clock)
+               WallClock wall_clock, DirectoryClient::Random random)
     : io_(io),
       log_(log),
       clock_(std::move(clock)),
       wall_clock_(std::move(wall_clock)),
-      events_(log, processes_to_review_),
+      events_(log, *this),
       registry_(events_),
       process_watch_(io, [this](std::uint32_t process_id) { OnProcessEnded(process_id); }),
       listeners_(io, *this, limits),
-      directory_traffic_(listeners_),
+      directory_traffic_(io, listeners_, registry_, log, std::move(random),
+                         [this](std::span<const std::uint8_t> message, const Sender& sender) {
+                           OnMessage(message, sender);
+                         }),
       timer_(io) {}
 
 Server::~Server() {
@@ -81,6 +92,8 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
                                                 processes_to_review_.push_back(process_id);
                                                 return process_watch_.Watch(process_id);
                                               });
+  handler_->SetKnownAgents(
+      [this](const std::vector<std::string>& scopes) { return directory_traffic_.KnownAgents(scopes); });
   // Registrations of the file are complete before the first request is taken (RFC 2614 section 2.4).
   configuration_ = configuration;
   events_.Configure(configuration.settings);
@@ -163,9 +176,23 @@ void Server::Tick() {
 }
 
 std::optional<Bytes> Server::OnMessage(std::span<const std::uint8_t> message, const Sender& sender) {
-  auto reply = handler_->Handle(message, OriginOf(sender), clock_());
+  std::optional<Bytes> reply;
+  if (DirectoryTraffic::Wants(message)) {
+    TakeReply(message, OriginOf(sender));
+  } else {
+    reply = handler_->Handle(message, OriginOf(sender), clock_());
+  }
   Settle();
   return reply;
+}
+
+void Server::TakeReply(std::span<const std::uint8_t> bytes, const RequestOrigin& origin) {
+  const Result<Message> message = Decode(bytes);
+  if (!message) {
+    return events_.OnDropped("malformed, and of a kind that has no reply", bytes.size(), origin);
+  }
+  events_.OnMessageIn(*message, origin);
+  directory_traffic_.TakeMessage(*message, origin, clock_());
 }
 
 void Server::OnDropped(std::string_view reason, std::size_t size, const Sender& sender) {
@@ -201,7 +228,7 @@ void Server::Settle() {
 }
 
 void Server::ArmTimer() {
-  const std::optional<Instant> next = Earlier(registry_.NextExpiry(), directory_traffic_.NextDue());
+  const std::optional<Instant> next = Earlier(registry_.NextExpiry(), directory_traffic_.NextDue(clock_()));
   if (next == armed_for_) {
     return;
   }
@@ -249,7 +276,7 @@ void Server::ApplySettings(const AgentSettings& settings) {
   complete.boot_timestamp = boot_timestamp_;
   handler_->SetSettings(complete);
   events_.Configure(complete);
-  directory_traffic_.Apply(complete, configuration_.properties.GetBool("net.slp.isBroadcastOnly"), clock_());
+  directory_traffic_.Apply(complete, configuration_.properties, clock_());
 }
 
 void Server::LoadRegistrations(const AgentSettings& settings) {

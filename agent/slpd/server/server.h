@@ -37,7 +37,7 @@ class Server : private MessageReceiver {
 
   /// `io` and `log` outlive the server.
   Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits = {},
-         WallClock wall_clock = SecondsSince1970);
+         WallClock wall_clock = SecondsSince1970, DirectoryClient::Random random = AnyNumber);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
   ~Server() override;
@@ -55,6 +55,7 @@ class Server : private MessageReceiver {
   void Stop();
 
   static std::uint32_t SecondsSince1970();
+  static std::uint32_t AnyNumber();
 
   /// Does what is due by the clock and sets the timer anew. Only needed when the clock was moved by hand.
   void Tick();
@@ -64,19 +65,20 @@ class Server : private MessageReceiver {
   std::size_t watched_processes() const { return process_watch_.watched(); }
 
  private:
-  // Tells the log, and the server which processes it may forget.
+  // Tells the log, the directory agents, and the server which processes it may forget.
   class Events : public Trace {
    public:
-    Events(Log& log, std::vector<std::uint32_t>& to_review) : Trace(log), to_review_(to_review) {}
+    Events(Log& log, Server& server) : Trace(log), server_(server) {}
     void OnRegistration(RegistrationEvent event, const RegistrationView& registration) override;
 
    private:
-    std::vector<std::uint32_t>& to_review_;
+    Server& server_;
   };
 
   std::optional<Bytes> OnMessage(std::span<const std::uint8_t> message, const Sender& sender) override;
   void OnDropped(std::string_view reason, std::size_t size, const Sender& sender) override;
 
+  void TakeReply(std::span<const std::uint8_t> bytes, const RequestOrigin& origin);
   void FollowInterfaces();
   RequestOrigin OriginOf(const Sender& sender);
   const std::vector<Interface>& HostInterfaces();

@@ -95,6 +95,21 @@ TEST(DirectoryAgentRequestTest, AServiceAgentKnowsOfNone) {
   DaemonLogic daemon;
   EXPECT_EQ(daemon.Ask(MakeSrvRqst(kDirectoryAgent), kGroupMember), std::nullopt);
   EXPECT_EQ(daemon.Ask(MakeSrvRqst(kDirectoryAgent, "", "")), ReplyOf(SrvRply{}));
+  EXPECT_EQ(daemon.Ask(MakeSrvRqst(kDirectoryAgent, "", ""), kOwnHost), ReplyOf(SrvRply{}));
+}
+
+TEST(DirectoryAgentRequestTest, AServiceAgentTellsItsHostOfThoseThatItHasFound) {
+  DaemonLogic daemon;
+  std::vector<std::string> asked_for;
+  daemon.handler.SetKnownAgents([&](const std::vector<std::string>& scopes) {
+    asked_for = scopes;
+    return std::vector<std::string>{"service:directory-agent://10.0.0.5"};
+  });
+  const auto known = ReplyOf(SrvRply{Error::kOk, {{65535, "service:directory-agent://10.0.0.5", {}}}});
+  EXPECT_EQ(daemon.Ask(MakeSrvRqst(kDirectoryAgent, "", "TAMRO,x"), kOwnHost), known);
+  EXPECT_THAT(asked_for, testing::ElementsAre("TAMRO", "x"));
+  EXPECT_EQ(daemon.Ask(MakeSrvRqst(kDirectoryAgent)), ReplyOf(SrvRply{}));
+  EXPECT_EQ(daemon.Ask(MakeSrvRqst(kDirectoryAgent), kGroupMember), std::nullopt);
 }
 
 }  // namespace

@@ -214,7 +214,7 @@ Message Advertisement(std::uint16_t xid, std::uint32_t boot_timestamp) {
   return message;
 }
 
-// The messages that reach the group, but for requests.
+// The next message that reaches the group.
 std::optional<Message> NextAdvertisement(GroupListener& listener, int limit_ms = 5000) {
   const auto bytes = listener.Receive(limit_ms);
   if (!bytes) {
@@ -226,7 +226,10 @@ std::optional<Message> NextAdvertisement(GroupListener& listener, int limit_ms =
 
 TEST_F(ServerTest, ADirectoryAgentAdvertisesItselfAtStartByHeartBeatAndAtItsEnd) {
   GroupListener listener({kMulticastGroup, port_});
-  Configure({{"net.slp.isDA", "true"}, {"net.slp.DAHeartBeat", "60"}, {"net.slp.DAAttributes", "(room=7)"}});
+  Configure({{"net.slp.isDA", "true"},
+             {"net.slp.activeDADetection", "false"},
+             {"net.slp.DAHeartBeat", "60"},
+             {"net.slp.DAAttributes", "(room=7)"}});
   Start();
   EXPECT_THAT(LogText(), HasSubstr(", scopes DEFAULT, as directory agent\n"));
   EXPECT_EQ(NextAdvertisement(listener), Advertisement(0, kBootTime));
@@ -259,10 +262,12 @@ TEST_F(ServerTest, ADirectoryAgentAnswersTheGroupAndASingleAsker) {
 
 TEST_F(ServerTest, AReloadBeginsAndEndsTheRoleOfADirectoryAgent) {
   GroupListener listener({kMulticastGroup, port_});
-  Configure({{"net.slp.DAAttributes", "(room=7)"}});
+  Configure({{"net.slp.activeDADetection", "false"}});
   Start();
   const auto reload = [&](const char* is_agent) {
-    Configure({{"net.slp.isDA", is_agent}, {"net.slp.DAAttributes", "(room=7)"}});
+    Configure({{"net.slp.isDA", is_agent},
+               {"net.slp.activeDADetection", "false"},
+               {"net.slp.DAAttributes", "(room=7)"}});
     std::string reason;
     EXPECT_TRUE(loop_.Do([&] { return server_->Reload(configuration_, reason); })) << reason;
   };
