@@ -42,7 +42,7 @@ void Console::PrintError(const kelsd::SResult& result) {
     error_ << JsonText({{"error", ToJson(result)}}, -1) << std::endl;
     return;
   }
-  error_ << "kelsd: " << PrintableText(result.ToString()) << '\n';
+  error_ << "kelsd: " << PrintableText(OneLine(result.ToString())) << '\n';
   const std::string hint = HintFor(result.GetErrorCode());
   if (!hint.empty()) {
     error_ << "hint: " << hint << '\n';

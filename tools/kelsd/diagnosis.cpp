@@ -5,6 +5,7 @@
 #include "attribute_view.h"
 #include "config_view.h"
 #include "hints.h"
+#include "printable_text.h"
 #include "settings.h"
 
 namespace kelsd_tool {
@@ -65,7 +66,7 @@ std::string AdviceFor(CKelSLPConfig::EProperty property) {
 }  // namespace
 
 Finding Problem(const std::string& check, const SResult& result) {
-  return {check, false, result.ToString(), HintFor(result.GetErrorCode())};
+  return {check, false, OneLine(result.ToString()), HintFor(result.GetErrorCode())};
 }
 
 Findings JudgeSettings(const std::vector<SResult>& unread,
@@ -73,7 +74,7 @@ Findings JudgeSettings(const std::vector<SResult>& unread,
   Findings findings;
   for (const SResult& problem : unread) {
     findings.push_back(
-        {"properties readable", false, problem.ToString(), HintFor(SResult::ERR_PROPERTY_PARSE)});
+        {"properties readable", false, OneLine(problem.ToString()), HintFor(SResult::ERR_PROPERTY_PARSE)});
   }
   if (unread.empty()) {
     findings.push_back({"properties readable", true, "", ""});
@@ -99,7 +100,7 @@ Finding JudgeRunning(const SResult& asked, bool running) {
 
 Finding JudgeUnicast(const SResult& found, const std::vector<SKelServiceSearchResult>& agents) {
   if (found.IsNotOk()) {
-    return {kUnicast, false, found.ToString(), kUnicastAdvice};
+    return {kUnicast, false, OneLine(found.ToString()), kUnicastAdvice};
   }
   if (agents.empty()) {
     return {kUnicast, false, "Nobody answered.", kUnicastAdvice};
@@ -110,7 +111,7 @@ Finding JudgeUnicast(const SResult& found, const std::vector<SKelServiceSearchRe
 Finding JudgeMulticast(const SResult& found, const std::vector<SKelServiceSearchResult>& agents,
                        const std::vector<std::string>& own_addresses) {
   if (found.IsNotOk()) {
-    return {kMulticast, false, found.ToString(), kMulticastAdvice};
+    return {kMulticast, false, OneLine(found.ToString()), kMulticastAdvice};
   }
   if (agents.empty()) {
     return {kMulticast, false, "Nobody answered.", kMulticastAdvice};

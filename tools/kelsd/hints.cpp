@@ -59,8 +59,8 @@ std::string HintFor(SResult::EError code) {
        "slpd refused. 'kelsd find' shows what is registered, and with which URL."},
       {SResult::ERR_SCM_ACCESS, "Run this as a user who may control services (administrator)."},
       {SResult::ERR_SLPD_OPEN,
-       "Check that slpd is installed, and that this user may control it (KELSD_SLPD_PIDFILE names its pid "
-       "file)."},
+       "Check that slpd is installed (Windows: slpd install) and that this user may control it (Linux: "
+       "KELSD_SLPD_PIDFILE names its pid file)."},
       {SResult::ERR_SLPD_QUERY,
        "Check that this user may read the state of slpd; 'kelsd doctor' tells more."},
       {SResult::ERR_SLPD_ALREADY_RUNNING, "Nothing to do; for a new start: kelsd slpd restart"},

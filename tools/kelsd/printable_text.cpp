@@ -1,5 +1,6 @@
 #include "printable_text.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace kelsd_tool {
@@ -64,6 +65,21 @@ std::string PrintableText(const std::string& text) {
     }
   }
   return printable;
+}
+
+std::string OneLine(const std::string& text) {
+  constexpr const char* kBlank = " \t\r\n";
+  std::string line;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find_first_not_of(kBlank, at), text.size());
+    const std::string blanks = text.substr(at, end - at);
+    line += blanks.find_first_of("\r\n") == std::string::npos ? blanks : " ";
+    const std::size_t next = std::min(text.find_first_of(kBlank, end), text.size());
+    line += text.substr(end, next - end);
+    at = next;
+  }
+  line.erase(line.find_last_not_of(' ') + 1);
+  return line;
 }
 
 // Such characters stand within texts only: outside of them the document has none but blanks and line ends.

@@ -10,6 +10,10 @@ namespace kelsd_tool {
 /// UTF-8 as \xHH.
 std::string PrintableText(const std::string& text);
 
+/// `text` in one line: line ends, such as those of the system's words, and the blanks around them become one
+/// blank.
+std::string OneLine(const std::string& text);
+
 /// A JSON document, which is UTF-8 and has no control characters below 0x20 in its texts, with the others as
 /// \u00HH.
 std::string PrintableJson(const std::string& document);

@@ -58,9 +58,9 @@ TEST(Diagnosis, JudgesWhetherTheDaemonRuns) {
   EXPECT_EQ(JudgeRunning(kSuccess, true), (Finding{"slpd running", true, "", ""}));
   EXPECT_EQ(JudgeRunning(kSuccess, false), (Finding{"slpd running", false, "slpd does not run on this host.",
                                                     "Start it: kelsd slpd start"}));
-  const SResult failed(SResult::ERR_SLPD_QUERY, "Refused.", "f");
+  const SResult failed(SResult::ERR_SLPD_QUERY, "Refused.\r\n", "f");
   EXPECT_EQ(JudgeRunning(failed, false),
-            (Finding{"slpd running", false, failed.ToString(),
+            (Finding{"slpd running", false, SResult(SResult::ERR_SLPD_QUERY, "Refused.", "f").ToString(),
                      "Check that this user may read the state of slpd; 'kelsd doctor' tells more."}));
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+
 namespace kelsd_tool {
 namespace {
 
@@ -34,6 +37,19 @@ TEST(PrintableText, ShowsControlCharactersAndStrayBytes) {
            Row{"\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80"},
        }) {
     EXPECT_EQ(PrintableText(row.text), row.shown);
+  }
+}
+
+TEST(PrintableText, BringsTheSystemsWordsIntoOneLine) {
+  for (const auto& [text, line] : std::map<std::string, std::string>{
+           {"", ""},
+           {"a  b", "a  b"},
+           {"Refused.\r\n f", "Refused. f"},
+           {"one \n\n  two\n", "one two"},
+           {"\nx", " x"},
+           {"a\tb", "a\tb"},
+       }) {
+    EXPECT_EQ(OneLine(text), line);
   }
 }
 

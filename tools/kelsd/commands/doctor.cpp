@@ -94,12 +94,12 @@ void CheckSearchSettings(Findings& findings) {
   Add(JudgeSettings(unread, config.Validate()), findings);
 }
 
-// Only a daemon that runs need be asked.
+// One that does not run need not be asked; one of which the system cannot tell may.
 void CheckDaemon(Findings& findings) {
   bool running = false;
   const SResult asked = CKelSLPService::IsSLPDRunning(running);
   findings.push_back(JudgeRunning(asked, running));
-  if (!findings.back().ok) {
+  if (asked.IsOk() && !running) {
     return;
   }
   const Progress progress("Asking slpd");
