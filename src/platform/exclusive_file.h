@@ -24,7 +24,7 @@ class ExclusiveFile {
   /// Replaces the whole content. False when not all of it reached the file; what the file holds then is the
   /// old or the new content where the system can keep one of them, else what could be written.
   [[nodiscard]] virtual bool Replace(const std::string& content) = 0;
-  /// The file goes when this object does.
+  /// The file, which nobody has written, goes when this object does.
   virtual void RemoveWhenClosed() = 0;
 };
 

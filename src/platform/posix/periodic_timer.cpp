@@ -133,10 +133,15 @@ void KeepLibraryLoaded() {
   }
 }
 
+// Everything that needs memory is there before the first thread, which nothing could stop otherwise.
 class ThreadTimer : public PeriodicTimer {
  public:
-  explicit ThreadTimer(std::shared_ptr<ThreadGroup> group) : group_(std::move(group)) {}
+  ThreadTimer(std::uint32_t period_ms, TimerCallbacks callbacks)
+      : group_(std::make_shared<ThreadGroup>(period_ms, std::move(callbacks))) {}
   ~ThreadTimer() override { group_->Stop(); }
+
+  // Whether the system had a thread to give.
+  bool Begin() { return group_->Begin(); }
 
  private:
   const std::shared_ptr<ThreadGroup> group_;
@@ -146,11 +151,8 @@ class ThreadTimers : public TimerFactory {
  public:
   std::unique_ptr<PeriodicTimer> Start(std::uint32_t period_ms, TimerCallbacks callbacks) override {
     KeepLibraryLoaded();
-    auto group = std::make_shared<ThreadGroup>(period_ms, std::move(callbacks));
-    if (!group->Begin()) {
-      return nullptr;
-    }
-    return std::make_unique<ThreadTimer>(std::move(group));
+    auto timer = std::make_unique<ThreadTimer>(period_ms, std::move(callbacks));
+    return timer->Begin() ? std::move(timer) : nullptr;
   }
 };
 

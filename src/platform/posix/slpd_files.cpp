@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string_view>
 
 namespace kelsd::platform {
 namespace {
@@ -60,8 +61,9 @@ std::string SlpdLogFile(const std::string& pid_file) {
   if (pid_file == kSystemPidFile) {
     return kSystemLogFile;
   }
-  const auto dot = pid_file.rfind(".pid");
-  return pid_file.substr(0, dot) + ".log";
+  constexpr std::string_view kEnding = ".pid";
+  const std::size_t kept = pid_file.ends_with(kEnding) ? pid_file.size() - kEnding.size() : pid_file.size();
+  return pid_file.substr(0, kept) + ".log";
 }
 
 }  // namespace kelsd::platform

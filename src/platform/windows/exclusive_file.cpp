@@ -14,9 +14,8 @@ class SharedReadFile : public ExclusiveFile {
   SharedReadFile(HANDLE handle, std::string name) : handle_(handle), name_(std::move(name)) {}
   ~SharedReadFile() override {
     CloseHandle(handle_);
-    // Fails, as it should, when another writer has opened the file meanwhile.
     if (remove_) {
-      DeleteFileA(name_.c_str());
+      RemoveIfEmpty();
     }
   }
 
@@ -70,6 +69,23 @@ class SharedReadFile : public ExclusiveFile {
   void RemoveWhenClosed() override { remove_ = true; }
 
  private:
+  // Another writer may have come since the file was closed: one that is there keeps the file from being
+  // opened here, and what one has left behind keeps it from being removed.
+  void RemoveIfEmpty() const {
+    const HANDLE file = CreateFileA(name_.c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+      return;
+    }
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(file, &size) != 0 && size.QuadPart == 0) {
+      FILE_DISPOSITION_INFO disposition{};
+      disposition.DeleteFile = TRUE;
+      SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof(disposition));
+    }
+    CloseHandle(file);
+  }
+
   bool SetSize(LONG size) {
     return SetFilePointer(handle_, size, nullptr, FILE_BEGIN) != INVALID_SET_FILE_POINTER &&
            SetEndOfFile(handle_) != 0;

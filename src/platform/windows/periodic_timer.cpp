@@ -57,42 +57,43 @@ void KeepModuleLoaded() {
                      reinterpret_cast<const char*>(&TimerCallback), &module);
 }
 
+// Everything that needs memory is there before the system is asked for anything.
 class QueueTimer : public PeriodicTimer {
  public:
-  QueueTimer(HANDLE queue, std::uintptr_t number, std::shared_ptr<TimerRun> run)
-      : queue_(queue), number_(number), run_(std::move(run)) {}
+  explicit QueueTimer(TimerCallbacks callbacks)
+      : run_(std::make_shared<TimerRun>(std::move(callbacks))),
+        number_(RunningTimers::Instance().Add(run_)) {}
 
   // The queue's own waiting would wait for what follows a tick, too.
   ~QueueTimer() override {
-    DeleteTimerQueueEx(queue_, nullptr);
+    if (queue_ != nullptr) {
+      DeleteTimerQueueEx(queue_, nullptr);
+    }
     RunningTimers::Instance().Remove(number_);
     run_->Stop();
   }
 
+  // Whether the system had a timer to give.
+  bool Begin(std::uint32_t period_ms) {
+    queue_ = CreateTimerQueue();
+    HANDLE timer = nullptr;
+    return queue_ != nullptr &&
+           CreateTimerQueueTimer(&timer, queue_, TimerCallback, reinterpret_cast<void*>(number_), period_ms,
+                                 period_ms, 0) != 0;
+  }
+
  private:
-  const HANDLE queue_;
-  const std::uintptr_t number_;
   const std::shared_ptr<TimerRun> run_;
+  const std::uintptr_t number_;
+  HANDLE queue_ = nullptr;
 };
 
 class QueueTimers : public TimerFactory {
  public:
   std::unique_ptr<PeriodicTimer> Start(std::uint32_t period_ms, TimerCallbacks callbacks) override {
     KeepModuleLoaded();
-    const HANDLE queue = CreateTimerQueue();
-    if (queue == nullptr) {
-      return nullptr;
-    }
-    auto run = std::make_shared<TimerRun>(std::move(callbacks));
-    const std::uintptr_t number = RunningTimers::Instance().Add(run);
-    HANDLE timer = nullptr;
-    if (CreateTimerQueueTimer(&timer, queue, TimerCallback, reinterpret_cast<void*>(number), period_ms,
-                              period_ms, 0) == 0) {
-      RunningTimers::Instance().Remove(number);
-      DeleteTimerQueueEx(queue, nullptr);
-      return nullptr;
-    }
-    return std::make_unique<QueueTimer>(queue, number, std::move(run));
+    auto timer = std::make_unique<QueueTimer>(std::move(callbacks));
+    return timer->Begin(period_ms) ? std::move(timer) : nullptr;
   }
 };
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -20,6 +21,9 @@ class FakeTimers : public platform::TimerFactory {
                                                  platform::TimerCallbacks callbacks) override {
     const std::lock_guard lock(mutex_);
     periods_.push_back(period_ms);
+    if (out_of_memory_) {
+      throw std::bad_alloc();
+    }
     if (fails_) {
       return nullptr;
     }
@@ -44,6 +48,11 @@ class FakeTimers : public platform::TimerFactory {
   void SetFails(bool fails) {
     const std::lock_guard lock(mutex_);
     fails_ = fails;
+  }
+  /// From now on there is no memory for a timer, or is again.
+  void SetOutOfMemory(bool out_of_memory) {
+    const std::lock_guard lock(mutex_);
+    out_of_memory_ = out_of_memory;
   }
   std::size_t Live() {
     const std::lock_guard lock(mutex_);
@@ -77,6 +86,7 @@ class FakeTimers : public platform::TimerFactory {
   std::vector<std::uint32_t> periods_;
   std::vector<std::shared_ptr<platform::TimerRun>> live_;
   bool fails_ = false;
+  bool out_of_memory_ = false;
 };
 
 }  // namespace kelsd

@@ -373,6 +373,20 @@ TEST_F(Watchdog, WithoutATimerTheNextRegistrationTriesAgain) {
   EXPECT_THAT(timers.Periods(), ElementsAre(2000U, 2000U, 3U));
 }
 
+TEST_F(Watchdog, WithoutMemoryForATimerTheNextRegistrationTriesAgain) {
+  timers.SetOutOfMemory(true);
+  Registered();
+  EXPECT_EQ(timers.Live(), 0U);
+  EXPECT_THAT(RegisteredUrls(), ElementsAre(kUrl));
+  timers.SetOutOfMemory(false);
+  Registered();
+  EXPECT_EQ(timers.Live(), 1U);
+  timers.SetOutOfMemory(true);
+  EXPECT_THAT(agent.SetRegistrationCheckInterval(3), SameResult(kSuccess));
+  EXPECT_EQ(timers.Live(), 0U);
+  EXPECT_THAT(timers.Periods(), ElementsAre(2000U, 2000U, 3U));
+}
+
 // The callback, and what it may do.
 
 TEST_F(Watchdog, TheForcedPassOfAStartReportsOnItsThreadBeforeItReturns) {

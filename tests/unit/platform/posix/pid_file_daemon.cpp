@@ -1,5 +1,6 @@
 // A daemon that keeps to the contract of the pid file and does nothing else. KELSD_TEST_DAEMON says "fails"
-// for one that ends with a reason, else it serves until SIGTERM.
+// for one that ends with a reason, "silent" for one that ends without a word, "crashes" for one that a signal
+// ends, else it serves until SIGTERM.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -11,10 +12,17 @@
 #include <string>
 
 int main(int argc, char** argv) {
-  const char* behaviour = std::getenv("KELSD_TEST_DAEMON");
-  if (behaviour != nullptr && std::string(behaviour) == "fails") {
+  const char* const said = std::getenv("KELSD_TEST_DAEMON");
+  const std::string behaviour = said == nullptr ? "" : said;
+  if (behaviour == "fails") {
     std::cerr << "some words\nport 427 is taken\n";
     return 3;
+  }
+  if (behaviour == "silent") {
+    return 4;
+  }
+  if (behaviour == "crashes") {
+    raise(SIGKILL);
   }
   if (argc != 5 || std::string(argv[1]) != "--pidfile" || std::string(argv[3]) != "--log") {
     std::cerr << "bad options\n";

@@ -1,10 +1,16 @@
 #include "platform/service_manager.h"
 
 #include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <ctime>
+#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -12,6 +18,8 @@
 #include "support/fake_platform/fake_clock.h"
 #include "support/fake_platform/fake_service_manager.h"
 #include "support/fake_platform/temporary_folder.h"
+#include "support/run_program/run_program.h"
+#include "unit/platform/posix/without_privileges.h"
 
 namespace kelsd::platform {
 namespace {
@@ -117,10 +125,104 @@ TEST_P(ProcessDaemon, GivesItsLastWordsAsTheReason) {
   EXPECT_EQ(status, (ServiceStatus{.current_state = kServiceStopped, .exit_code = 3}));
 }
 
+TEST_P(ProcessDaemon, ThatEndsWithoutAWordIsKnownByItsStatus) {
+  SetEnvironment("KELSD_TEST_DAEMON", "silent");
+  EXPECT_FALSE(services().RequestStart(service_));
+  EXPECT_EQ(services().LastErrorText(), "slpd ended with status 4.");
+  SetEnvironment("KELSD_TEST_DAEMON", "crashes");
+  EXPECT_FALSE(services().RequestStart(service_));
+  EXPECT_EQ(services().LastErrorText(), "slpd ended with status 137.");
+}
+
 TEST_P(ProcessDaemon, ThatDoesNotExistIsTheReason) {
   SetEnvironment("KELSD_SLPD", folder_.Path("nothing"));
   EXPECT_FALSE(services().RequestStart(service_));
-  EXPECT_NE(services().LastErrorText().find("nothing"), std::string::npos) << services().LastErrorText();
+  EXPECT_EQ(services().LastErrorText(), folder_.Path("nothing") + ": No such file or directory");
+}
+
+TEST_P(ProcessDaemon, ThatAnotherProcessStartedAtTheSameMomentIsAsGood) {
+  pid_t other = 0;
+  std::string pid_file = folder_.Path("slpd.pid");
+  std::array<std::string, 5> words{KELSD_TEST_DAEMON_PROGRAM, "--pidfile", pid_file, "--log", "none"};
+  std::array<char*, 6> arguments{};
+  std::transform(words.begin(), words.end(), arguments.begin(),
+                 [](std::string& word) { return word.data(); });
+  ASSERT_EQ(posix_spawn(&other, words[0].c_str(), nullptr, nullptr, arguments.data(), environ), 0);
+  ASSERT_TRUE(Reaches(kServiceRunning));
+  EXPECT_TRUE(services().RequestStart(service_)) << services().LastErrorText();
+  ServiceStatus status;
+  EXPECT_TRUE(services().QueryStatus(service_, status));
+  EXPECT_EQ(status.current_state, kServiceRunning);
+  EXPECT_EQ(status.process_id, static_cast<std::uint32_t>(other));
+  EXPECT_TRUE(services().RequestStop(service_, status)) << services().LastErrorText();
+  EXPECT_EQ(waitpid(other, nullptr, 0), other);
+  EXPECT_EQ(State(), kServiceStopped);
+}
+
+TEST_P(ProcessDaemon, WhosePidFileCannotBeLookedAtIsAFailure) {
+  const std::string pid_file = folder_.Write("file", "") + "/slpd.pid";
+  SetEnvironment("KELSD_SLPD_PIDFILE", pid_file);
+  const ServiceManager::Handle service = services().OpenNamed(
+      manager_, "slpd", service_access::kQueryStatus | service_access::kStart | service_access::kStop);
+  ASSERT_NE(service, nullptr);
+  ServiceStatus status{.current_state = kServiceRunning};
+  EXPECT_FALSE(services().QueryStatus(service, status));
+  EXPECT_EQ(services().LastErrorText(), pid_file + ": Not a directory");
+  EXPECT_EQ(status, (ServiceStatus{.current_state = kServiceRunning}));
+  EXPECT_FALSE(services().RequestStop(service, status));
+  EXPECT_EQ(services().LastErrorText(), pid_file + ": Not a directory");
+  EXPECT_EQ(services().OpenServiceProcess(1), nullptr);
+  EXPECT_EQ(services().LastErrorText(), pid_file + ": Not a directory");
+  services().CloseManaged(service);
+  SetEnvironment("KELSD_SLPD_PIDFILE", folder_.Path("slpd.pid"));
+}
+
+TEST_P(ProcessDaemon, WithoutAPlaceForItsPidFileIsAFailure) {
+  ClearEnvironment("KELSD_SLPD_PIDFILE");
+  ClearEnvironment("XDG_RUNTIME_DIR");
+  {
+    const WithoutPrivileges user;
+    EXPECT_EQ(services().OpenNamed(manager_, "slpd", service_access::kQueryStatus), nullptr);
+    EXPECT_EQ(services().LastErrorText(),
+              "There is no place for the pid file: set KELSD_SLPD_PIDFILE or XDG_RUNTIME_DIR.");
+  }
+  SetEnvironment("KELSD_SLPD_PIDFILE", folder_.Path("slpd.pid"));
+}
+
+TEST_P(ProcessDaemon, IsLookedForBesideTheProgram) {
+  struct Row {
+    const char* of_the_library;
+    const char* of_the_daemon;
+    const char* found;  ///< from the library's folder
+  };
+  ClearEnvironment("KELSD_SLPD");
+  SetEnvironment("KELSD_TEST_DAEMON", "fails");
+  int number = 0;
+  for (const Row& row : {
+           Row{"lib", "sbin", "/../sbin/slpd"},
+           Row{"lib/x86_64-linux-gnu", "sbin", "/../../sbin/slpd"},
+           Row{"lib", "bin", "/../bin/slpd"},
+           Row{"lib", "lib", "/slpd"},
+       }) {
+    const std::filesystem::path prefix = folder_.Path("prefix" + std::to_string(number++));
+    for (const char* folder : {row.of_the_library, row.of_the_daemon}) {
+      std::filesystem::create_directories(prefix / folder);
+    }
+    const std::filesystem::path starter = prefix / row.of_the_library / "starter";
+    std::filesystem::copy_file(KELSD_DAEMON_STARTER_PROGRAM, starter);
+    std::filesystem::copy_file(KELSD_TEST_DAEMON_PROGRAM, prefix / row.of_the_daemon / "slpd");
+    EXPECT_EQ(support::RunProgram({starter.string()}).output,
+              starter.parent_path().string() + row.found + "\nport 427 is taken\n");
+  }
+}
+
+TEST_P(ProcessDaemon, ThatIsNowhereIsTheReason) {
+  ClearEnvironment("KELSD_SLPD");
+  std::filesystem::create_directory(folder_.Path("lib"));
+  const std::string starter = folder_.Path("lib/starter");
+  std::filesystem::copy_file(KELSD_DAEMON_STARTER_PROGRAM, starter);
+  EXPECT_EQ(support::RunProgram({starter}).output,
+            "\nThe program slpd was not found beside this library: set KELSD_SLPD to where it is.\n");
 }
 
 TEST_P(ProcessDaemon, ThatWasKilledDoesNotRun) {
@@ -131,8 +233,10 @@ TEST_P(ProcessDaemon, ThatWasKilledDoesNotRun) {
   kill(static_cast<pid_t>(status.process_id), SIGKILL);
   EXPECT_TRUE(Reaches(kServiceStopped));
   EXPECT_EQ(services().OpenServiceProcess(status.process_id), nullptr);
+  EXPECT_EQ(services().LastErrorText(), "No such process");
   ServiceStatus stopped;
   EXPECT_FALSE(services().RequestStop(service_, stopped));
+  EXPECT_EQ(services().LastErrorText(), "slpd is not running.");
 }
 
 INSTANTIATE_TEST_SUITE_P(System, ProcessDaemon, testing::Values(false));
