@@ -11,7 +11,7 @@ test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix b
 windows_packages=(wine wine64)
 
 # What the sanitizer and lint runs need besides.
-lint_packages=(clang-tidy)
+lint_packages=(clang clang-tidy)
 
 # What the fuzz targets need besides: the compiler with libFuzzer and the sanitizers' libraries.
 fuzz_packages=(clang libclang-rt-dev)
