@@ -12,9 +12,8 @@
 #include "net/interfaces.h"
 
 namespace slp::client {
-namespace {
 
-std::vector<asio::ip::address_v4> CandidateAddresses(const RequestSettings& settings) {
+std::vector<asio::ip::address_v4> LocalDaemonAddresses(const RequestSettings& settings) {
   std::vector<asio::ip::address_v4> addresses = {asio::ip::address_v4::loopback()};
   for (const Interface& interface : SelectInterfaces(EnumerateInterfaces(), settings.interfaces).interfaces) {
     if (std::find(addresses.begin(), addresses.end(), interface.address) == addresses.end()) {
@@ -24,10 +23,8 @@ std::vector<asio::ip::address_v4> CandidateAddresses(const RequestSettings& sett
   return addresses;
 }
 
-}  // namespace
-
 SLPError AskLocalDaemon(const Message& request, const RequestContext& context) {
-  for (const asio::ip::address_v4& address : CandidateAddresses(context.settings)) {
+  for (const asio::ip::address_v4& address : LocalDaemonAddresses(context.settings)) {
     const Exchange exchange = ExchangeWith(address, request, context);
     if (exchange.end == Exchange::End::kReplied) {
       return ToSlpError(ReplyError(*exchange.reply));

@@ -1,6 +1,7 @@
 // 1. Open one socket for each interface.
 // 2. For each of net.slp.multicastTimeouts: send the request, with everyone who has answered named in it, by
 //    all interfaces, and listen for that long. Loopback addresses are named on loopback interfaces only.
+//    A companion goes along.
 // 3. A reply counts once for each sender, and only when it carries the request's XID. One that has been cut
 //    is handed over as far as it goes, and fetched again in full from that sender by TCP.
 // 4. Stop when two rounds in a row brought nobody new, when the request with its list of responders no longer
@@ -40,8 +41,10 @@ struct Outlet {
 
 class Convergence {
  public:
-  Convergence(const Message& request, const RequestContext& context, const ReplySink& sink)
+  Convergence(const Message& request, const RequestContext& context, const ReplySink& sink,
+              const Companion* companion)
       : request_(request),
+        companion_(companion),
         context_(context),
         settings_(context.settings),
         sink_(sink),
@@ -64,6 +67,7 @@ class Convergence {
       if (!SendByAll(within_host.value(), beyond_host.value())) {
         return senders_.empty() ? SLP_NETWORK_ERROR : SLP_OK;
       }
+      SendCompanion();
       const std::size_t known = senders_.size();
       Listen(deadline_.Within(wait));
       quiet_rounds = senders_.size() == known ? quiet_rounds + 1 : 0;
@@ -98,6 +102,17 @@ class Convergence {
     return sent;
   }
 
+  void SendCompanion() {
+    if (companion_ == nullptr) {
+      return;
+    }
+    const Result<Bytes> encoded = Encode(AsMulticast(companion_->request, {}));
+    if (encoded) {
+      // The search itself has told whether the interfaces take anything.
+      static_cast<void>(SendByAll(*encoded, *encoded));
+    }
+  }
+
   void Listen(const Deadline& end) {
     // Once more after the end: a fetch by TCP may have used up the time while replies lay in the sockets.
     do {
@@ -127,6 +142,11 @@ class Convergence {
   }
 
   void TakeReply(const DatagramSocket::Datagram& datagram) {
+    if (companion_ != nullptr) {
+      if (const auto reply = ReadReply(datagram.bytes, companion_->request)) {
+        return companion_->on_reply(*reply, datagram.from.address().to_v4());
+      }
+    }
     const std::optional<Message> reply = ReadReply(datagram.bytes, request_);
     if (!reply || senders_.size() == kMostSenders || !senders_.insert(datagram.from).second) {
       return;
@@ -168,6 +188,7 @@ class Convergence {
   }
 
   const Message& request_;
+  const Companion* const companion_;
   const RequestContext& context_;
   const RequestSettings& settings_;
   const ReplySink& sink_;
@@ -182,8 +203,9 @@ class Convergence {
 
 }  // namespace
 
-SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink) {
-  return Convergence(request, context, sink).Run();
+SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink,
+                  const Companion* companion) {
+  return Convergence(request, context, sink, companion).Run();
 }
 
 }  // namespace slp::client

@@ -9,30 +9,29 @@
 namespace slp::client {
 namespace {
 
-/// RFC 2608 section 8.1: requests for agents themselves are answered with advertisements.
-FunctionId ReplyToSrvRqst(const SrvRqst& request) {
-  if (EqualFolded(request.service_type, "service:directory-agent")) {
-    return FunctionId::kDaAdvert;
+/// RFC 2608 section 8.1: requests for agents themselves are answered with advertisements. A service agent
+/// that is asked for directory agents answers as for any other service.
+bool AnswersSrvRqst(FunctionId reply, const SrvRqst& request) {
+  if (EqualFolded(request.service_type, kDirectoryAgentType)) {
+    return reply == FunctionId::kDaAdvert || reply == FunctionId::kSrvRply;
   }
-  if (EqualFolded(request.service_type, "service:service-agent")) {
-    return FunctionId::kSaAdvert;
-  }
-  return FunctionId::kSrvRply;
+  return reply == (EqualFolded(request.service_type, kServiceAgentType) ? FunctionId::kSaAdvert
+                                                                        : FunctionId::kSrvRply);
 }
 
-std::optional<FunctionId> ExpectedReply(const Message& request) {
+bool Answers(FunctionId reply, const Message& request) {
   switch (request.function()) {
     case FunctionId::kSrvRqst:
-      return ReplyToSrvRqst(std::get<SrvRqst>(request.body));
+      return AnswersSrvRqst(reply, std::get<SrvRqst>(request.body));
     case FunctionId::kAttrRqst:
-      return FunctionId::kAttrRply;
+      return reply == FunctionId::kAttrRply;
     case FunctionId::kSrvTypeRqst:
-      return FunctionId::kSrvTypeRply;
+      return reply == FunctionId::kSrvTypeRply;
     case FunctionId::kSrvReg:
     case FunctionId::kSrvDereg:
-      return FunctionId::kSrvAck;
+      return reply == FunctionId::kSrvAck;
     default:
-      return std::nullopt;
+      return false;
   }
 }
 
@@ -65,7 +64,7 @@ std::vector<std::string> WithoutLoopback(std::vector<std::string> responders) {
 
 std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Message& request) {
   Result<Message> reply = Decode(bytes);
-  if (!reply || reply->header.xid != request.header.xid || reply->function() != ExpectedReply(request)) {
+  if (!reply || reply->header.xid != request.header.xid || !Answers(reply->function(), request)) {
     return std::nullopt;
   }
   return std::move(reply).value();

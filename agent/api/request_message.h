@@ -5,6 +5,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "api/request_context.h"
@@ -24,6 +25,10 @@ std::vector<std::string> WithoutLoopback(std::vector<std::string> responders);
 /// The message in `bytes` when it answers `request`: well-formed, the same XID, and the kind of reply that
 /// the request asks for.
 std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Message& request);
+
+/// The types of the agents themselves (RFC 2608 section 8.1).
+inline constexpr std::string_view kDirectoryAgentType = "service:directory-agent";
+inline constexpr std::string_view kServiceAgentType = "service:service-agent";
 
 /// The error that a reply carries; those without an error code carry none.
 Error ReplyError(const Message& reply);

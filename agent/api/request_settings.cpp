@@ -29,6 +29,24 @@ std::string ReadScopes(const Properties& properties) {
   return scopes.empty() ? "DEFAULT" : JoinStringList(scopes);
 }
 
+RequestSettings::DirectoryAgents ReadDirectoryAgents(const Properties& properties) {
+  RequestSettings::DirectoryAgents agents;
+  for (const std::string& text : properties.GetStringList("net.slp.DAAddresses")) {
+    asio::error_code error;
+    const auto address = asio::ip::make_address_v4(text, error);
+    if (!error) {
+      agents.configured.push_back(address);
+    }
+  }
+  agents.interval = std::chrono::seconds(properties.GetInt("net.slp.DAActiveDiscoveryInterval"));
+  const bool active = properties.GetBool("net.slp.activeDADetection");
+  agents.wanted = active || properties.GetBool("net.slp.passiveDADetection");
+  agents.searched = active && agents.interval > std::chrono::seconds(0);
+  agents.discovery = ReadWaits(properties, "net.slp.DADiscoveryTimeouts", "net.slp.DADiscoveryMaximumWait");
+  agents.requests = ReadWaits(properties, "net.slp.datagramTimeouts", "net.slp.unicastMaximumWait");
+  return agents;
+}
+
 int ReadMaximumResults(const Properties& properties) {
   // RFC 2614 section 2.1.7: positive numbers and -1 are legal.
   const int maximum = properties.GetInt("net.slp.maxResults");
@@ -48,6 +66,7 @@ RequestSettings::RequestSettings(const Properties& properties)
       interfaces(properties.GetStringList("net.slp.interfaces")),
       scopes(ReadScopes(properties)),
       maximum_results(ReadMaximumResults(properties)),
-      watch_process(properties.GetBool("net.slp.watchRegistrationPID")) {}
+      watch_process(properties.GetBool("net.slp.watchRegistrationPID")),
+      directory_agents(ReadDirectoryAgents(properties)) {}
 
 }  // namespace slp::client

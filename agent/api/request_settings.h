@@ -32,6 +32,18 @@ struct RequestSettings {
   std::string scopes;                   ///< net.slp.useScopes as a list, never empty
   int maximum_results;                  ///< the largest integer when there is no limit
   bool watch_process;
+
+  /// How directory agents are found: those of net.slp.DAAddresses, whether others are looked for at all and
+  /// searched for by this process itself, and how long what was found counts.
+  struct DirectoryAgents {
+    std::vector<asio::ip::address_v4> configured;
+    bool wanted;
+    bool searched;
+    std::chrono::seconds interval;
+    Waits discovery;
+    Waits requests;  ///< behind the datagrams of one request
+  };
+  DirectoryAgents directory_agents;
 };
 
 }  // namespace slp::client

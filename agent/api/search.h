@@ -8,9 +8,9 @@
 
 namespace slp::client {
 
-/// Sends `request` to the agent that the handle names, or else to everyone, and hands each reply that carries
-/// no error to `sink`. The error of a certain agent's reply is the search's; with everyone asked, a reply
-/// that reports an error only doesn't count.
+/// Sends `request` to the agent that the handle names, else to directory agents that serve its scopes, or
+/// else to everyone, and hands each reply that carries no error to `sink`. The error of a certain agent's
+/// reply is the search's; with everyone asked, a reply that reports an error only doesn't count.
 SLPError RunSearch(const Message& request, const RequestContext& context, const ReplySink& sink);
 
 }  // namespace slp::client

@@ -44,6 +44,8 @@ class ApiTest : public testing::Test {
     Set("net.slp.unicastTimeouts", "60,60,60,60,60,60,60,60");
     Set("net.slp.unicastMaximumWait", "600");
     Set("net.slp.watchRegistrationPID", "false");
+    Set("net.slp.activeDADetection", "false");
+    Set("net.slp.passiveDADetection", "false");
     EXPECT_EQ(SLPOpen("en", SLP_FALSE, &handle_), SLP_OK);
   }
 
