@@ -1,15 +1,19 @@
-// Typed values to text and back, through string streams. Stateless: any thread may call it.
+// Typed values to text and back, as string streams do it. Stateless: any thread may call it.
 //
 // The library converts unsigned short, bool, int and 64-bit unsigned numbers to text, and unsigned short, int
 // and long double from text. Streams use the classic locale: what goes on the wire and into files must not
 // depend on a locale that the application has set.
 #pragma once
 
+#include <charconv>
 #include <ios>
 #include <locale>
+#include <new>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <system_error>
 #include <type_traits>
 #include <typeinfo>
 
@@ -32,6 +36,47 @@ constexpr int kConversionPrecision = 17;
 
 }  // namespace internal
 
+namespace internal {
+
+/// Whether `text` begins with a value of the type, and whether nothing stands behind it.
+template <typename T>
+bool Extract(const std::string& text, T& value, bool& at_end) {
+  std::istringstream stream(text, std::ios_base::in);
+  stream.imbue(std::locale::classic());
+  stream.precision(kConversionPrecision);
+  stream >> value;
+  bool converted = !stream.fail();
+  if constexpr (std::is_unsigned_v<T>) {
+    // Some streams wrap a negative number round into the range of the type.
+    converted = converted && (value == 0 || TrimLeft(text).front() != '-');
+  }
+  at_end = converted && stream.get() == std::istringstream::traits_type::eof();
+  return converted;
+}
+
+/// The same texts are numbers as for a stream, which won't do here: on some systems it sets the locale of the
+/// whole process for the time of its reading.
+inline bool Extract(const std::string& text, long double& value, bool& at_end) {
+  const std::string trimmed = TrimLeft(text);
+  std::string_view number = trimmed;
+  if (number.starts_with('+')) {
+    number.remove_prefix(1);
+  }
+  const std::size_t first = number.starts_with('-') && number.size() == trimmed.size() ? 1 : 0;
+  if (number.find_first_of("0123456789.", first) != first) {
+    return false;
+  }
+  const char* const end = number.data() + number.size();
+  const std::from_chars_result read = std::from_chars(number.data(), end, value);
+  if (read.ec == std::errc::not_enough_memory) {
+    throw std::bad_alloc();
+  }
+  at_end = read.ptr == end;
+  return read.ec == std::errc();
+}
+
+}  // namespace internal
+
 /// The text of `value`: numbers in decimal, bool as "0" or "1".
 /// Throws BadConversionException "Stringify(TYPE)" when the stream reports failure.
 template <typename T>
@@ -49,22 +94,12 @@ std::string Stringify(const T& value) {
 /// Reads `text` into `value`: leading white space is skipped, what follows the number is refused when
 /// `reject_trailing` is true and ignored otherwise. A number outside the range of the type is refused, a
 /// negative one for an unsigned type included. Throws BadConversionException
-/// "StringConvert(TEXT,TYPE,FLAG)."; `value` then holds whatever the stream left there.
+/// "StringConvert(TEXT,TYPE,FLAG)."; `value` then holds whatever was found there.
 template <typename T>
 void StringConvert(const std::string& text, T& value, bool reject_trailing) {
-  std::istringstream stream(text, std::ios_base::in);
-  stream.imbue(std::locale::classic());
-  stream.precision(internal::kConversionPrecision);
-  stream >> value;
-  bool converted = !stream.fail();
-  if constexpr (std::is_unsigned_v<T>) {
-    // Some streams wrap a negative number round into the range of the type.
-    converted = converted && (value == 0 || TrimLeft(text).front() != '-');
-  }
-  if (converted && reject_trailing) {
-    converted = stream.get() == std::istringstream::traits_type::eof();
-  }
-  if (!converted) {
+  bool at_end = false;
+  const bool converted = internal::Extract(text, value, at_end);
+  if (!converted || (reject_trailing && !at_end)) {
     throw BadConversionException("StringConvert(" + text + "," + ReadableTypeName(typeid(T)) + "," +
                                  Stringify<bool>(reject_trailing) + ").");
   }

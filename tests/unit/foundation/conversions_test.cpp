@@ -7,6 +7,7 @@
 #include <limits>
 #include <locale>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -89,6 +90,52 @@ TEST(StringConvertTest, ReadsFloatingNumbers) {
   for (const std::string text : {"", "x", "1,5", "1.5 "}) {
     EXPECT_EQ(FailureOf([&] { StringConvert<long double>(text, value, true); }),
               "StringConvert(" + text + ",long double,1).");
+  }
+}
+
+TEST(StringConvertTest, TakesTheSameTextsForFloatingNumbersAsAStreamDoes) {
+  for (const std::string text : {"+5",
+                                 "-5",
+                                 "+-5",
+                                 "-+5",
+                                 "--5",
+                                 "+ 5",
+                                 "-",
+                                 "+",
+                                 ".",
+                                 ".5",
+                                 "5.",
+                                 "-.5",
+                                 "1E2",
+                                 "1e+2",
+                                 "1e-2",
+                                 "1e",
+                                 "1e+",
+                                 "e5",
+                                 "1e99999",
+                                 "-1e99999",
+                                 "inf",
+                                 "-infinity",
+                                 "nan",
+                                 "0x10",
+                                 "1_000",
+                                 "007",
+                                 "\t\n\v\f\r 7",
+                                 "2147483648.5",
+                                 "0.1",
+                                 "123456789012345678901234567890",
+                                 "1.2.3"}) {
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    long double expected = 0;
+    stream >> expected;
+    const bool is_number = !stream.fail() && stream.get() == std::istringstream::traits_type::eof();
+    long double value = 0;
+    const std::string failure = FailureOf([&] { StringConvert<long double>(text, value, true); });
+    EXPECT_EQ(failure, is_number ? "no failure" : "StringConvert(" + text + ",long double,1).") << text;
+    if (is_number) {
+      EXPECT_DOUBLE_EQ(static_cast<double>(value), static_cast<double>(expected)) << text;
+    }
   }
 }
 
