@@ -33,6 +33,24 @@ asio::error_code OwnMembershipsOnly(asio::detail::socket_type) {
   return {};
 }
 
+// No socket can be bound to a group.
+asio::ip::address GroupBinding(const asio::ip::address& group) {
+  return group.is_v4() ? asio::ip::address(asio::ip::address_v4::any())
+                       : asio::ip::address(asio::ip::address_v6::any());
+}
+
+// Wine keeps the group's socket off the port, although it is bound to another address, unless this one allows
+// it. Windows has no such rule, and refuses to change a bound socket: all stays exclusive there.
+void AllowGroupSocketBeside(udp::socket& socket, const asio::ip::address& local) {
+  if (local.is_loopback()) {
+    const BOOL off = FALSE;
+    ::setsockopt(socket.native_handle(), SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&off),
+                 sizeof off);
+    asio::error_code ignored;
+    socket.set_option(asio::socket_base::reuse_address(true), ignored);
+  }
+}
+
 asio::error_code ReuseAfterRestart(asio::ip::tcp::acceptor& acceptor) {
   return Exclusive(acceptor.native_handle());
 }
@@ -54,6 +72,12 @@ asio::error_code OwnMembershipsOnly(int socket) {
 #endif
   return {};
 }
+
+asio::ip::address GroupBinding(const asio::ip::address& group) {
+  return group;
+}
+
+void AllowGroupSocketBeside(udp::socket&, const asio::ip::address&) {}
 
 asio::error_code ReuseAfterRestart(asio::ip::tcp::acceptor& acceptor) {
   asio::error_code error;
@@ -114,9 +138,17 @@ asio::error_code ChangeMembership(udp::socket& socket, const asio::ip::address& 
 }  // namespace
 
 #ifdef _WIN32
-const bool kUnicastSocketHearsGroup = true;
+const bool kUnicastSocketHearsBroadcast = true;
+
+bool UnicastSocketHearsGroup(const asio::ip::address& local) {
+  return !local.is_loopback();
+}
 #else
-const bool kUnicastSocketHearsGroup = false;
+const bool kUnicastSocketHearsBroadcast = false;
+
+bool UnicastSocketHearsGroup(const asio::ip::address&) {
+  return false;
+}
 #endif
 
 asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& local, int ttl) {
@@ -130,13 +162,14 @@ asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& loc
                  [&] { return Bind(socket, local); },
                  [&] {
                    IgnoreUnreachablePeers(socket.native_handle());
+                   AllowGroupSocketBeside(socket, local.address());
                    return MakeNonBlocking(socket);
                  });
 }
 
 asio::error_code OpenGroupSocket(udp::socket& socket, const asio::ip::address& group, std::uint16_t port,
                                  const asio::ip::address& interface_address) {
-  const udp::endpoint local(group, port);
+  const udp::endpoint local(GroupBinding(group), port);
   return InOrder(
       [&] { return Open(socket, local.protocol()); },
       [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },

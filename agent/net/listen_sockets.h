@@ -10,23 +10,25 @@
 namespace slp {
 
 /// Where the system delivers a group's datagrams to sockets that are bound to an interface's address
-/// (Windows), the unicast socket itself joins the group and its datagrams are told apart by the flag in their
-/// header. Elsewhere a second socket is bound to the group.
-extern const bool kUnicastSocketHearsGroup;
+/// (Windows, but for the loopback interface), the unicast socket itself joins the group and its datagrams are
+/// told apart by the flag in their header. Elsewhere a second socket is there for the group.
+bool UnicastSocketHearsGroup(const asio::ip::address& local);
+
+/// Whether it hears broadcasts too (Windows).
+extern const bool kUnicastSocketHearsBroadcast;
 
 /// A non-blocking datagram socket bound to `local`; what it sends to a group leaves by this address with
 /// `ttl` hops. A second program can't bind the same address and port.
 asio::error_code OpenUnicastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& local,
                                    int ttl);
 
-/// A non-blocking socket bound to the group that hears what reaches it through the interface of
-/// `interface_address`, and nothing that other sockets of this host have joined. Several programs may hold
-/// one.
+/// A non-blocking socket that hears what reaches the group through the interface of `interface_address`, and
+/// nothing that other sockets of this host have joined. Several programs may hold one.
 asio::error_code OpenGroupSocket(asio::ip::udp::socket& socket, const asio::ip::address& group,
                                  std::uint16_t port, const asio::ip::address& interface_address);
 
 /// A non-blocking socket bound to a broadcast address, whatever interface its datagrams come through. Several
-/// programs may hold one. Not needed where kUnicastSocketHearsGroup.
+/// programs may hold one. Not needed where kUnicastSocketHearsBroadcast.
 asio::error_code OpenBroadcastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& broadcast);
 
 /// Lets a socket hear `group` through the interface of `interface_address`.

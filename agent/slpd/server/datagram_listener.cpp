@@ -90,7 +90,7 @@ void DatagramListener::Answer(std::span<const std::uint8_t> message) {
   if (sender_.port() == 0) {
     return receiver_->OnDropped("no port to answer to", message.size(), sender);
   }
-  if (kUnicastSocketHearsGroup) {
+  if (!reply_by_ && UnicastSocketHearsGroup(local_)) {
     const auto header = PeekHeader(message);
     sender.transport =
         header && header->request_multicast ? Transport::kUdpMulticast : Transport::kUdpUnicast;

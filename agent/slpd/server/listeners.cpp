@@ -204,16 +204,16 @@ std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const
 void Listeners::OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
                           std::vector<std::string>& problems) {
   udp::socket socket(io_);
-  const auto error = kUnicastSocketHearsGroup
-                         ? place.unicast->Join(kMulticastGroup)
-                         : OpenGroupSocket(socket, kMulticastGroup, plan.port, wanted.address);
+  const bool by_unicast_socket = UnicastSocketHearsGroup(wanted.address);
+  const auto error = by_unicast_socket ? place.unicast->Join(kMulticastGroup)
+                                       : OpenGroupSocket(socket, kMulticastGroup, plan.port, wanted.address);
   if (error) {
     problems.push_back("multicast requests are not heard on " + wanted.address.to_string() + " (" +
                        wanted.interface_name + "): " + error.message());
     return;
   }
   place.in_group = true;
-  if (!kUnicastSocketHearsGroup) {
+  if (!by_unicast_socket) {
     place.group = std::make_shared<DatagramListener>(
         std::move(socket), receiver_,
         [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); });
@@ -237,7 +237,7 @@ void Listeners::OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& 
     broadcast_->Close();
     broadcast_.reset();
   }
-  if (kUnicastSocketHearsGroup || plan.broadcast.is_unspecified()) {
+  if (kUnicastSocketHearsBroadcast || plan.broadcast.is_unspecified()) {
     return;
   }
   udp::socket socket(io_);

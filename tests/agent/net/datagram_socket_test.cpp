@@ -4,6 +4,7 @@
 
 #include "net/addresses.h"
 #include "net/listen_sockets.h"
+#include "support/under_wine/under_wine.h"
 
 namespace slp {
 namespace {
@@ -58,6 +59,9 @@ TEST_F(DatagramSocketTest, SendsAndReceivesAlsoNothing) {
 }
 
 TEST_F(DatagramSocketTest, ARefusalIsNoticed) {
+  if (kelsd::support::UnderWine()) {
+    GTEST_SKIP() << "Wine wakes nobody when a datagram has been refused";
+  }
   const std::uint16_t free_port = port();
   peer_.close();
   auto socket = DatagramSocket::ConnectedTo(io_, {kLoopback, free_port});
@@ -81,7 +85,13 @@ TEST_F(DatagramSocketTest, MulticastReachesTheGroupOnItsInterface) {
 TEST_F(DatagramSocketTest, AnAddressThatIsNotOurs) {
   const auto foreign = asio::ip::make_address_v4("192.0.2.1");
   EXPECT_FALSE(DatagramSocket::ForMulticast(io_, foreign, 1));
-  EXPECT_FALSE(DatagramSocket::ForBroadcast(io_, foreign));
+}
+
+TEST_F(DatagramSocketTest, ABroadcastFromAnAddressThatIsNotOurs) {
+  if (kelsd::support::UnderWine()) {
+    GTEST_SKIP() << "Wine binds a datagram socket to any address";
+  }
+  EXPECT_FALSE(DatagramSocket::ForBroadcast(io_, asio::ip::make_address_v4("192.0.2.1")));
 }
 
 }  // namespace

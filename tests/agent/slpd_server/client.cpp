@@ -74,12 +74,9 @@ std::optional<Bytes> AskGroup(const udp::endpoint& group, const Bytes& request, 
 }
 
 GroupListener::GroupListener(const udp::endpoint& group) {
-  const auto loopback = asio::ip::address_v4::loopback();
-  socket_.open(udp::v4());
-  socket_.set_option(asio::socket_base::reuse_address(true));
-  socket_.bind({kUnicastSocketHearsGroup ? asio::ip::address(asio::ip::address_v4::any()) : group.address(),
-                group.port()});
-  socket_.set_option(asio::ip::multicast::join_group(group.address().to_v4(), loopback));
+  const auto error =
+      OpenGroupSocket(socket_, group.address(), group.port(), asio::ip::address_v4::loopback());
+  EXPECT_FALSE(error) << error.message();
 }
 
 std::optional<Bytes> GroupListener::Receive(int limit_ms) {

@@ -13,6 +13,7 @@
 #include "agent/slpd_server/loop_thread.h"
 #include "net/addresses.h"
 #include "support/free_port.h"
+#include "support/under_wine/under_wine.h"
 
 namespace slp {
 namespace {
@@ -364,8 +365,8 @@ TEST_F(ListenersTest, ABadInterfaceCostsTheOthersNothing) {
   ListenPlan plan = plan_;
   plan.places.push_back({make_address("192.0.2.1"), "eth9", true});
   EXPECT_TRUE(Apply(plan));
-  EXPECT_EQ(problems_, std::vector<std::string>{"cannot serve UDP 192.0.2.1:" + std::to_string(plan.port) +
-                                                " (eth9): Cannot assign requested address"});
+  EXPECT_THAT(problems_, ElementsAre(StartsWith("cannot serve UDP 192.0.2.1:" + std::to_string(plan.port) +
+                                                " (eth9): ")));
   EXPECT_THAT(loop_.Do([this] { return listeners_->ServedAddresses(); }), ElementsAre("127.0.0.1"));
   EXPECT_EQ(AskUdp(Udp(), request_), request_);
 }
@@ -390,9 +391,10 @@ TEST_F(ListenersTest, APlanOfWhichNothingCanBeOpenedChangesNothing) {
   ListenPlan plan = plan_;
   plan.port = holder.local_endpoint().port();
   EXPECT_FALSE(Apply(plan));
+  const asio::error_code in_use = asio::error::address_in_use;
   EXPECT_THAT(problems_,
               ElementsAre(StartsWith("cannot serve UDP 127.0.0.1:" + std::to_string(plan.port) +
-                                     " (lo): Address already in use; another SLP agent may be running")));
+                                     " (lo): " + in_use.message() + "; another SLP agent may be running")));
   EXPECT_EQ(AskUdp(Udp(), request_), request_);
 }
 
@@ -409,6 +411,9 @@ TEST_F(ListenersTest, AGroupIsJoinedAndLeftWithoutNewSockets) {
 }
 
 TEST_F(ListenersTest, TwoAgentsOnTwoLoopbackAddressesShareThePort) {
+  if (kelsd::support::UnderWine()) {
+    GTEST_SKIP() << "Wine knows only the loopback address 127.0.0.1: others are bound to every address";
+  }
   Serve();
   ScriptedReceiver other_receiver;
   const Bytes other_answer = BytesOf(99, SrvAck{});

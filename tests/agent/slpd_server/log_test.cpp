@@ -13,7 +13,10 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using std::chrono::system_clock;
+using testing::AllOf;
+using testing::HasSubstr;
 using testing::MatchesRegex;
+using testing::Not;
 
 class LogTest : public testing::Test {
  protected:
@@ -35,8 +38,7 @@ class LogTest : public testing::Test {
 
 TEST_F(LogTest, ALineIsTimeKindAndText) {
   log_.Write(LogKind::kState, "slpd: ended");
-  EXPECT_THAT(stream_.str(),
-              MatchesRegex("2023-11-1[45] [0-9][0-9]:[0-9][0-9]:20\\.007 state slpd: ended\n"));
+  EXPECT_THAT(stream_.str(), MatchesRegex("2023-11-1. ..:..:20\\.007 state slpd: ended\n"));
 }
 
 TEST_F(LogTest, EveryKindHasItsName) {
@@ -93,23 +95,11 @@ TEST_F(LogTest, GoesOnAtTheEndOfAFileOrEmptiesIt) {
   std::string problem;
   ASSERT_TRUE(log_.Open(path, true, problem));
   log_.Write(LogKind::kState, "one");
-  EXPECT_THAT(folder.Read("log"), MatchesRegex("before\n.* state one\n"));
+  EXPECT_THAT(folder.ReadText("log"), MatchesRegex("before\n.* state one\n"));
   ASSERT_TRUE(log_.Open(path, false, problem));
   log_.Write(LogKind::kState, "two");
-  EXPECT_THAT(folder.Read("log"), MatchesRegex("[^\n]* state two\n"));
+  EXPECT_THAT(folder.ReadText("log"), AllOf(MatchesRegex(".* state two\n"), Not(HasSubstr("one"))));
   EXPECT_EQ(stream_.str(), "");
-}
-
-TEST_F(LogTest, FollowsAFileThatWasMovedAwayWhenOpenedAnew) {
-  const TemporaryFolder folder;
-  std::string problem;
-  ASSERT_TRUE(log_.Open(folder.File("log"), true, problem));
-  log_.Write(LogKind::kState, "one");
-  std::filesystem::rename(folder.File("log"), folder.File("log.1"));
-  ASSERT_TRUE(log_.Open(folder.File("log"), true, problem));
-  log_.Write(LogKind::kState, "two");
-  EXPECT_THAT(folder.Read("log.1"), MatchesRegex(".* state one\n"));
-  EXPECT_THAT(folder.Read("log"), MatchesRegex(".* state two\n"));
 }
 
 TEST_F(LogTest, StaysWhereItIsWhenAFileCanNotBeOpened) {

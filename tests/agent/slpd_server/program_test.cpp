@@ -15,10 +15,10 @@ namespace {
 
 using std::chrono::seconds;
 using support::SlpdProcess;
-using testing::ContainsRegex;
+using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
-using testing::Not;
+using testing::StartsWith;
 
 std::string FileContent(const std::string& path) {
   std::ifstream file(path);
@@ -70,18 +70,21 @@ TEST(Program, ATakenPortIsTheLastWord) {
   SlpdProcess second({.port = first.port()});
   EXPECT_EQ(second.Wait(seconds(10)), 1);
   const std::string endpoint = "127.0.0.1:" + std::to_string(first.port());
+  const asio::error_code in_use = asio::error::address_in_use;
   EXPECT_THAT(second.Log(),
-              EndsWith("slpd: cannot serve UDP " + endpoint +
-                       " (lo): Address already in use; another SLP agent may be running: stop it, or "
-                       "choose another port with net.slp.port\n"));
+              AllOf(HasSubstr("slpd: cannot serve UDP " + endpoint + " ("),
+                    EndsWith("): " + in_use.message() +
+                             "; another SLP agent may be running: stop it, or choose another port with "
+                             "net.slp.port\n")));
   EXPECT_EQ(FileContent(second.pid_file()), "");
 }
 
 TEST(Program, TellsFileAndLineOfABadConfigurationLineAndGoesOnWithTheDefault) {
   SlpdProcess slpd({.configuration = "net.slp.MTU = many\nnet.slp.useScopes = zdrest\n"});
   ASSERT_TRUE(slpd.Running()) << slpd.Log();
-  EXPECT_THAT(slpd.Log(), ContainsRegex("problem " + slpd.configuration_file() +
-                                        ":3: net\\.slp\\.MTU must be a whole number .*, not \"many\"\n"));
+  EXPECT_THAT(slpd.Log(), AllOf(HasSubstr("problem " + slpd.configuration_file() +
+                                          ":3: net.slp.MTU must be a whole number "),
+                                HasSubstr(", not \"many\"\n")));
   EXPECT_THAT(slpd.Log(), HasSubstr(", scopes zdrest\n"));
 }
 
@@ -108,8 +111,8 @@ TEST(Program, CheckTellsEveryProblemAndStartsNothing) {
                    .arguments = {"--check"},
                    .folder = folder.File("")});
   EXPECT_EQ(bad.Wait(seconds(10)), 1);
-  EXPECT_THAT(bad.Log(),
-              ContainsRegex(bad.configuration_file() + ":3: .*\n" + bad.registration_file() + ":1: .*\n"));
+  EXPECT_THAT(bad.Log(), AllOf(StartsWith(bad.configuration_file() + ":3: "),
+                               HasSubstr("\n" + bad.registration_file() + ":1: ")));
   EXPECT_FALSE(std::filesystem::exists(bad.pid_file()));
 
   SlpdProcess good({.registrations = kTwoServices, .arguments = {"--check"}});

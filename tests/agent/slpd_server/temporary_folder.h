@@ -40,6 +40,12 @@ class TemporaryFolder {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
 
+  /// The same with "\n" for whatever the system ends lines with.
+  std::string ReadText(const std::string& name) const {
+    std::ifstream file(File(name));
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  }
+
  private:
   std::filesystem::path path_;
 };
