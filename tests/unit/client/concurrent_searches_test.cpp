@@ -2,7 +2,6 @@
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <latch>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -10,6 +9,7 @@
 
 #include "client/client_impl.h"
 #include "support/core_fixture.h"
+#include "support/latch.h"
 
 namespace kelsd {
 namespace {
@@ -39,8 +39,8 @@ TEST_F(ConcurrentSearches, RunSideBySideOnHandlesOfTheirOwn) {
   InitializeCore();
   constexpr int kSearches = 4;
   // No search ends before all are under way.
-  std::latch all_searching(kSearches);
-  const auto meet = Runs([&] { all_searching.arrive_and_wait(); });
+  support::Latch all_searching(kSearches);
+  const auto meet = Runs([&] { all_searching.ArriveAndWait(); });
   scripted_slp::Always(Function::kFindSrvs, meet);
   scripted_slp::Always(Function::kFindAttrs, meet);
   std::vector<std::future<SResult>> searches;
@@ -64,19 +64,19 @@ class ConcurrentChange : public CoreFixture, public testing::WithParamInterface<
 
 TEST_P(ConcurrentChange, WaitsForARunningSearch) {
   InitializeCore();
-  std::latch searching(1);
-  std::latch may_end(1);
+  support::Latch searching(1);
+  support::Latch may_end(1);
   const auto hold = Runs([&] {
-    searching.count_down();
-    may_end.wait();
+    searching.CountDown();
+    may_end.Wait();
   });
   Next(Function::kFindSrvs, hold);
   std::future<SResult> search = std::async(std::launch::async, &FindServices);
-  searching.wait();
+  searching.Wait();
   std::future<void> change = std::async(std::launch::async, GetParam().run);
   EXPECT_EQ(change.wait_for(kGrace), std::future_status::timeout);
   EXPECT_THAT(scripted_slp::Calls("SLPClose"), IsEmpty());
-  may_end.count_down();
+  may_end.CountDown();
   EXPECT_THAT(search.get(), SameResult(kSuccess));
   change.get();
   // The search closed its own handle before the resident one was touched.
@@ -87,18 +87,18 @@ TEST_P(ConcurrentChange, WaitsForARunningSearch) {
 
 TEST_P(ConcurrentChange, KeepsNewSearchesOutWhileItRuns) {
   InitializeCore();
-  std::latch changing(1);
-  std::latch may_end(1);
+  support::Latch changing(1);
+  support::Latch may_end(1);
   Next(Function::kClose, Runs([&] {
-         changing.count_down();
-         may_end.wait();
+         changing.CountDown();
+         may_end.Wait();
        }));
   std::future<void> change = std::async(std::launch::async, GetParam().run);
-  changing.wait();
+  changing.Wait();
   std::future<SResult> search = std::async(std::launch::async, &FindServices);
   EXPECT_EQ(search.wait_for(kGrace), std::future_status::timeout);
   EXPECT_THAT(scripted_slp::Calls("SLPFindSrvs"), IsEmpty());
-  may_end.count_down();
+  may_end.CountDown();
   change.get();
   EXPECT_EQ(search.get(), CKelSLPImpl::IsInitialized() ? SResult::ERR_SUCCESS : SResult::ERR_NOT_INITIALIZED);
 }
@@ -117,17 +117,17 @@ INSTANTIATE_TEST_SUITE_P(EveryChange, ConcurrentChange,
 
 TEST_F(ConcurrentSearches, InitialisationWaitsForASearchToo) {
   InitializeCore();
-  std::latch searching(1);
-  std::latch may_end(1);
+  support::Latch searching(1);
+  support::Latch may_end(1);
   Next(Function::kFindSrvs, Runs([&] {
-         searching.count_down();
-         may_end.wait();
+         searching.CountDown();
+         may_end.Wait();
        }));
   std::future<SResult> search = std::async(std::launch::async, &FindServices);
-  searching.wait();
+  searching.Wait();
   std::future<SResult> initialized = std::async(std::launch::async, [] { return CKelSLPImpl::Initialize(); });
   EXPECT_EQ(initialized.wait_for(kGrace), std::future_status::timeout);
-  may_end.count_down();
+  may_end.CountDown();
   EXPECT_THAT(search.get(), SameResult(kSuccess));
   EXPECT_THAT(initialized.get(), SameResult(kSuccess));
 }
@@ -136,19 +136,19 @@ TEST_F(ConcurrentSearches, EndlessOverlappingSearchesDontKeepAReInitialisationWa
   InitializeCore();
   constexpr int kThreads = 3;
   std::atomic<bool> stop = false;
-  std::latch all_searched(kThreads);
+  support::Latch all_searched(kThreads);
   {
     std::vector<std::jthread> threads;
     for (int i = 0; i < kThreads; ++i) {
       threads.emplace_back([&] {
         EXPECT_THAT(FindServices(), SameResult(kSuccess));
-        all_searched.count_down();
+        all_searched.CountDown();
         while (!stop) {
           EXPECT_THAT(FindServices(), SameResult(kSuccess));
         }
       });
     }
-    all_searched.wait();
+    all_searched.Wait();
     EXPECT_THAT(CKelSLPImpl::ReInitialize(false), SameResult(kSuccess));
     stop = true;
   }

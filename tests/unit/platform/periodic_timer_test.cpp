@@ -6,13 +6,13 @@
 #include <chrono>
 #include <functional>
 #include <future>
-#include <latch>
 #include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
 
 #include "support/fake_platform/fake_timers.h"
+#include "support/latch.h"
 
 namespace kelsd::platform {
 namespace {
@@ -63,9 +63,9 @@ TEST(PeriodicTimer, TheFirstTickComesAfterOnePeriod) {
 
 /// What callbacks use that may still run when the test has ended.
 struct Outliving {
-  std::latch entered{1};
-  std::latch leave{1};
-  std::latch left{1};
+  support::Latch entered{1};
+  support::Latch leave{1};
+  support::Latch left{1};
   std::atomic<int> ticks = 0;
   std::atomic<bool> first = true;
   std::mutex mutex;
@@ -78,12 +78,12 @@ TEST(PeriodicTimer, TicksGoOnWhileAnEarlierOneIsBusy) {
                                         .after_tick =
                                             [shared] {
                                               if (shared->first.exchange(false)) {
-                                                shared->leave.wait();
+                                                shared->leave.Wait();
                                               }
                                             }});
   ASSERT_NE(timer, nullptr);
   EXPECT_TRUE(WaitUntil([&] { return shared->ticks >= 5; }));
-  shared->leave.count_down();
+  shared->leave.CountDown();
 }
 
 // What deleting waits for, and what not: on the system's timers, and on those that tests drive.
@@ -109,23 +109,23 @@ class TimerDeletion : public testing::TestWithParam<bool> {
 };
 
 TEST_P(TimerDeletion, WaitsForARunningTick) {
-  std::latch in_tick(1);
-  std::latch leave(1);
+  support::Latch in_tick(1);
+  support::Latch leave(1);
   std::atomic<bool> first = true;
   std::atomic<bool> ended = false;
   auto timer = Start({.tick =
                           [&] {
                             if (first.exchange(false)) {
-                              in_tick.count_down();
-                              leave.wait();
+                              in_tick.CountDown();
+                              leave.Wait();
                               ended = true;
                             }
                           },
                       .after_tick = [] {}});
-  in_tick.wait();
+  in_tick.Wait();
   std::future<void> deletion = std::async(std::launch::async, [&] { timer.reset(); });
   EXPECT_EQ(deletion.wait_for(kGrace), std::future_status::timeout);
-  leave.count_down();
+  leave.CountDown();
   deletion.get();
   EXPECT_TRUE(ended);
 }
@@ -136,15 +136,15 @@ TEST_P(TimerDeletion, DoesNotWaitForWhatFollowsATick) {
                       .after_tick =
                           [shared] {
                             if (shared->first.exchange(false)) {
-                              shared->entered.count_down();
-                              shared->leave.wait();
-                              shared->left.count_down();
+                              shared->entered.CountDown();
+                              shared->leave.Wait();
+                              shared->left.CountDown();
                             }
                           }});
-  shared->entered.wait();
+  shared->entered.Wait();
   timer.reset();
-  shared->leave.count_down();
-  shared->left.wait();
+  shared->leave.CountDown();
+  shared->left.Wait();
 }
 
 TEST_P(TimerDeletion, FromWithinTheTimersThreadWaitsForNothing) {
@@ -154,7 +154,7 @@ TEST_P(TimerDeletion, FromWithinTheTimersThreadWaitsForNothing) {
       if (shared->first.exchange(false)) {
         const std::lock_guard guard(shared->mutex);
         shared->timer.reset();
-        shared->left.count_down();
+        shared->left.CountDown();
       }
     };
     {
@@ -162,7 +162,7 @@ TEST_P(TimerDeletion, FromWithinTheTimersThreadWaitsForNothing) {
       shared->timer = Start(
           {.tick = [=] { in_tick ? once() : void(); }, .after_tick = [=] { in_tick ? void() : once(); }});
     }
-    shared->left.wait();
+    shared->left.Wait();
     ticking_ = std::jthread();
   }
 }

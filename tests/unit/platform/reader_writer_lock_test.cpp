@@ -5,11 +5,12 @@
 #include <atomic>
 #include <chrono>
 #include <future>
-#include <latch>
 #include <mutex>
 #include <shared_mutex>
 #include <thread>
 #include <vector>
+
+#include "support/latch.h"
 
 namespace kelsd::platform {
 namespace {
@@ -25,15 +26,15 @@ bool IsStillWaiting(const std::future<void>& task) {
 TEST(ReaderWriterLock, LetsReadersInSideBySide) {
   ReaderWriterLock lock;
   constexpr int kReaders = 4;
-  std::latch all_inside(kReaders);
+  support::Latch all_inside(kReaders);
   std::vector<std::jthread> readers;
   for (int i = 0; i < kReaders; ++i) {
     readers.emplace_back([&] {
       const std::shared_lock guard(lock);
-      all_inside.arrive_and_wait();
+      all_inside.ArriveAndWait();
     });
   }
-  all_inside.wait();
+  all_inside.Wait();
 }
 
 TEST(ReaderWriterLock, KeepsAWriterOutWhileAReaderIsIn) {
@@ -94,13 +95,13 @@ TEST(ReaderWriterLock, EndlessOverlappingReadersDontKeepAWriterWaiting) {
   ReaderWriterLock lock;
   constexpr int kReaders = 3;
   std::atomic<bool> stop = false;
-  std::latch all_reading(kReaders);
+  support::Latch all_reading(kReaders);
   std::vector<std::jthread> readers;
   for (int i = 0; i < kReaders; ++i) {
     readers.emplace_back([&] {
       {
         const std::shared_lock guard(lock);
-        all_reading.arrive_and_wait();
+        all_reading.ArriveAndWait();
       }
       while (!stop) {
         const std::shared_lock guard(lock);
@@ -108,7 +109,7 @@ TEST(ReaderWriterLock, EndlessOverlappingReadersDontKeepAWriterWaiting) {
       }
     });
   }
-  all_reading.wait();
+  all_reading.Wait();
   {
     const std::unique_lock guard(lock);
     stop = true;

@@ -4,12 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <latch>
 #include <memory>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "support/latch.h"
 
 namespace kelsd {
 namespace {
@@ -75,9 +76,9 @@ TEST(DroppedServices, MayBeSetAndCalledAtOnce) {
   DroppedServiceReports reports;
   constexpr int kRounds = 2000;
   std::atomic<int> calls = 0;
-  std::latch begin(2);
+  support::Latch begin(2);
   std::thread setter([&] {
-    begin.arrive_and_wait();
+    begin.ArriveAndWait();
     for (int i = 0; i < kRounds; ++i) {
       // Memory of its own, so that a torn function object would be noticed.
       reports.SetCallback([&calls, owned = std::make_shared<std::string>("x")](
@@ -85,7 +86,7 @@ TEST(DroppedServices, MayBeSetAndCalledAtOnce) {
     }
   });
   reports.SetCallback([&](const std::string&, const SResult&) { ++calls; });
-  begin.arrive_and_wait();
+  begin.ArriveAndWait();
   for (int i = 0; i < kRounds; ++i) {
     reports.Add(Dropped("x"));
     reports.Deliver();
