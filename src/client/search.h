@@ -4,6 +4,7 @@
 #include <slp.h>
 
 #include <exception>
+#include <functional>
 #include <mutex>
 #include <shared_mutex>
 #include <string>
@@ -53,11 +54,14 @@ SResult OpenSearchHandle(SLPHandleBox& box, const std::string& address);
 /// debug trail.
 template <typename Body>
 SResult RunSearch(const char* name, const Body& body) {
-  const std::shared_lock lock(CKelSLPImpl::CoreLock());
-  if (!CKelSLPImpl::IsInitializedUnlocked()) {
-    return {SResult::ERR_NOT_INITIALIZED};
-  }
-  return CKelSLPImpl::InvokeNamed(name, body);
+  const auto locked = [&]() -> SResult {
+    const std::shared_lock lock(CKelSLPImpl::CoreLock());
+    if (!CKelSLPImpl::IsInitializedUnlocked()) {
+      return {SResult::ERR_NOT_INITIALIZED};
+    }
+    return CKelSLPImpl::InvokeNamed(name, body);
+  };
+  return CKelSLPImpl::InvokeNoThrow(std::cref(locked));
 }
 
 }  // namespace kelsd

@@ -9,9 +9,15 @@ namespace kelsd {
 
 namespace {
 
-CKelSLPServiceImpl& Agent() {
-  return CKelSLPServiceImpl::Instance();
+/// Makes `call` of the agent, which is made at first use: also for that there may be no memory.
+template <typename Call>
+SResult WithAgent(const Call& call) {
+  const auto body = [&] { return call(CKelSLPServiceImpl::Instance()); };
+  // By reference, since a function object that copies its captures may need memory before anything guards it.
+  return CKelSLPImpl::InvokeNoThrow(std::cref(body));
 }
+
+using Agent = CKelSLPServiceImpl;
 
 }  // namespace
 
@@ -20,7 +26,7 @@ CKelSLPService::~CKelSLPService() = default;
 SResult CKelSLPService::RegisterService(const std::string& url, unsigned short lifetime,
                                         const std::map<std::string, std::string>& attributes,
                                         const std::vector<std::string>& scopes) {
-  return Agent().RegisterService(url, lifetime, attributes, scopes);
+  return WithAgent([&](Agent& agent) { return agent.RegisterService(url, lifetime, attributes, scopes); });
 }
 
 SResult CKelSLPService::RegisterService(const std::string& url, unsigned short lifetime,
@@ -44,7 +50,7 @@ SResult CKelSLPService::RegisterService(const IKelServiceType& type) {
 }
 
 SResult CKelSLPService::DeregisterService(const std::string& url) {
-  return Agent().DeregisterService(url);
+  return WithAgent([&](Agent& agent) { return agent.DeregisterService(url); });
 }
 
 SResult CKelSLPService::DeregisterService(const IKelServiceType& type) {
@@ -52,35 +58,38 @@ SResult CKelSLPService::DeregisterService(const IKelServiceType& type) {
 }
 
 SResult CKelSLPService::SetRegistrationCheckInterval(int intervalMs) {
-  return Agent().SetRegistrationCheckInterval(intervalMs);
+  return WithAgent([&](Agent& agent) { return agent.SetRegistrationCheckInterval(intervalMs); });
 }
 
 void CKelSLPService::SetReRegistrationFailedCallback(std::function<void(std::string, SResult)> callback) {
-  Agent().SetReRegistrationFailedCallback(std::move(callback));
+  WithAgent([&](Agent& agent) {
+    agent.SetReRegistrationFailedCallback(std::move(callback));
+    return SResult(SResult::ERR_SUCCESS);
+  });
 }
 
 SResult CKelSLPService::StartSLPD() {
-  return Agent().StartSLPD();
+  return WithAgent([&](Agent& agent) { return agent.StartSLPD(); });
 }
 
 SResult CKelSLPService::StopSLPD() {
-  return Agent().StopSLPD();
+  return WithAgent([&](Agent& agent) { return agent.StopSLPD(); });
 }
 
 SResult CKelSLPService::RestartSLPD() {
-  return Agent().RestartSLPD();
+  return WithAgent([&](Agent& agent) { return agent.RestartSLPD(); });
 }
 
 SResult CKelSLPService::IsSLPDRunning(bool& running) {
-  return Agent().IsSLPDRunning(running);
+  return WithAgent([&](Agent& agent) { return agent.IsSLPDRunning(running); });
 }
 
 SResult CKelSLPService::GetSLPServiceConfig(CKelSLPServiceConfig& config, std::vector<SResult>& errors) {
-  return Agent().GetSLPServiceConfig(config, errors);
+  return WithAgent([&](Agent& agent) { return agent.GetSLPServiceConfig(config, errors); });
 }
 
 SResult CKelSLPService::SetSLPServiceConfig(const CKelSLPServiceConfig& config) {
-  return Agent().SetSLPServiceConfig(config);
+  return WithAgent([&](Agent& agent) { return agent.SetSLPServiceConfig(config); });
 }
 
 }  // namespace kelsd

@@ -61,17 +61,17 @@ constexpr std::array<AppliedProperty, 12> kAppliedProperties{{
 }  // namespace
 
 SResult CKelSLPImpl::GetSLPClientConfig(CKelSLPClientConfig& config, std::vector<SResult>& errors) {
-  const std::shared_lock lock(CoreLock());
-  if (!IsInitializedUnlocked()) {
-    return {SResult::ERR_NOT_INITIALIZED};
-  }
-  return InvokeNoThrow([&] {
+  return InvokeNoThrow([&]() -> SResult {
+    const std::shared_lock lock(CoreLock());
+    if (!IsInitializedUnlocked()) {
+      return {SResult::ERR_NOT_INITIALIZED};
+    }
     ClientPropertyValues values;
     std::vector<SResult> failures;
     ReadProperties(values, ClientProperties(), "CKelSLPImpl::GetSLPClientConfig", failures);
     config = MakeClientConfig(values, failures);
     errors = std::move(failures);
-    return SResult(SResult::ERR_SUCCESS);
+    return {SResult::ERR_SUCCESS};
   });
 }
 

@@ -37,8 +37,14 @@ SResult CKelSLPImpl::Initialize() {
 }
 
 bool CKelSLPImpl::IsInitialized() {
-  const std::shared_lock lock(CoreLock());
-  return IsInitializedUnlocked();
+  bool initialized = false;
+  // A core for which there is no memory is not initialised.
+  InvokeNoThrow([&] {
+    const std::shared_lock lock(CoreLock());
+    initialized = IsInitializedUnlocked();
+    return SResult(SResult::ERR_SUCCESS);
+  });
+  return initialized;
 }
 
 SResult CKelSLPImpl::ReInitialize(bool clearClientConfig) {
@@ -49,9 +55,12 @@ SResult CKelSLPImpl::ReInitialize(bool clearClientConfig) {
 }
 
 void CKelSLPImpl::Shutdown() {
-  const std::unique_lock lock(CoreLock());
-  CloseResidentHandleUnlocked();
-  GetState().client_config.Clear();
+  InvokeNoThrow([] {
+    const std::unique_lock lock(CoreLock());
+    CloseResidentHandleUnlocked();
+    GetState().client_config.Clear();
+    return SResult(SResult::ERR_SUCCESS);
+  });
 }
 
 bool CKelSLPImpl::IsInitializedUnlocked() {
