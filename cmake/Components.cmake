@@ -9,14 +9,14 @@ function(kelsd_component name)
   target_link_libraries(${name} PRIVATE kelsd_warnings PUBLIC ${arg_USES})
 endfunction()
 
-# kelsd_test(NAME [SERIAL] SOURCES ... USES ... [ALONE ...] [TIMEOUT SECONDS] [LABELS ...])
+# kelsd_test(NAME [SERIAL] SOURCES ... USES ... [ALONE ...] [TIMEOUT SECONDS] [LOCK NAME] [LABELS ...])
 #
 # One GoogleTest program; each of its tests runs in a process of its own, so that process-wide state
-# starts fresh in every test. SERIAL keeps other tests from running beside them. ALONE names those of the
-# sources that a unity build compiles by themselves, because they give names of their own to things that others
-# of the program name alike.
+# starts fresh in every test. SERIAL keeps other tests from running beside them, LOCK those with the same LOCK.
+# ALONE names those of the sources that a unity build compiles by themselves, because they give names of their
+# own to things that others of the program name alike.
 function(kelsd_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT" "SOURCES;USES;ALONE;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SERIAL" "TIMEOUT;LOCK" "SOURCES;USES;ALONE;LABELS")
   if(NOT arg_TIMEOUT)
     set(arg_TIMEOUT 60)
   endif()
@@ -31,5 +31,5 @@ function(kelsd_test name)
   target_link_libraries(${name} PRIVATE kelsd_warnings ${arg_USES} GTest::gmock_main)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL} LABELS "${arg_LABELS}")
+    PROPERTIES TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL} LABELS "${arg_LABELS}" RESOURCE_LOCK "${arg_LOCK}")
 endfunction()

@@ -71,7 +71,7 @@ class Configured : public ServiceTest {
 };
 
 TEST_F(Configured, RestartsOnceForAChange) {
-  const pid_t before = DaemonPid();
+  const unsigned long before = DaemonPid();
   CKelSLPServiceConfig config = Settings();
   config.SetTraceReg(true);
   ASSERT_THAT(CKelSLPService::SetSLPServiceConfig(config), Succeeded());
@@ -86,7 +86,7 @@ TEST_F(Configured, RestartsOnceForAChange) {
 }
 
 TEST_F(Configured, DoesNotRestartWithoutAChange) {
-  const pid_t daemon = DaemonPid();
+  const unsigned long daemon = DaemonPid();
   ASSERT_THAT(CKelSLPService::SetSLPServiceConfig(Settings()), Succeeded());
   const std::string written = Configuration();
   EXPECT_THAT(written, StartsWith(Lines("TAMRO", "false")));
@@ -117,7 +117,7 @@ TEST_F(Configured, StartsAStoppedDaemonForAChange) {
   CKelSLPServiceConfig config = Settings();
   config.SetTraceMsg(true);
   ASSERT_THAT(CKelSLPService::SetSLPServiceConfig(config), Succeeded());
-  EXPECT_GT(DaemonPid(), 0);
+  EXPECT_NE(DaemonPid(), 0U);
   EXPECT_EQ(DaemonStarts(), 2);
 }
 

@@ -1,13 +1,8 @@
-// A daemon that takes a service once and then refuses it, played on the wire by the test, which holds the pid
-// file as a daemon does.
-#include <fcntl.h>
+// A daemon that takes a service once and then refuses it, played on the wire by the test.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 #include <climits>
-#include <ctime>
 #include <map>
 #include <mutex>
 #include <string>
@@ -40,7 +35,7 @@ class RefusingDaemon : public ServiceTest {
  protected:
   void SetUp() override {
     ServiceTest::SetUp();
-    HoldPidFile();
+    daemon().RunWithoutServing(port());
     ASSERT_THAT(CKelSLP::Initialize(), Succeeded());
     ASSERT_THAT(CKelSLPService::SetRegistrationCheckInterval(kIntervalMs), Succeeded());
     CKelSLPService::SetReRegistrationFailedCallback([this](std::string url, SResult result) {
@@ -49,11 +44,10 @@ class RefusingDaemon : public ServiceTest {
     });
   }
 
-  // The daemon is this process: there is none to stop.
+  // The daemon is this process: there is none for the library to stop.
   void TearDown() override {
     EXPECT_THAT(CKelSLPService::SetRegistrationCheckInterval(INT_MAX), Succeeded());
     CKelSLPService::SetReRegistrationFailedCallback({});
-    close(pid_file_);
   }
 
   /// Takes the first registration, then refuses so many.
@@ -74,15 +68,6 @@ class RefusingDaemon : public ServiceTest {
   }
 
  private:
-  void HoldPidFile() {
-    pid_file_ = open(PidFile().c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    ASSERT_EQ(flock(pid_file_, LOCK_EX | LOCK_NB), 0);
-    // It serves since long ago.
-    const std::string content =
-        std::to_string(getpid()) + " " + std::to_string(std::time(nullptr) - 100) + "\n";
-    ASSERT_EQ(write(pid_file_, content.data(), content.size()), static_cast<ssize_t>(content.size()));
-  }
-
   std::vector<PeerReply> Answer(const PeerRequest& request) {
     if (!request.message.ok() || !std::holds_alternative<slp::SrvReg>(request.message->body)) {
       return {};
@@ -98,9 +83,8 @@ class RefusingDaemon : public ServiceTest {
   int refusals_ = 0;
   int registrations_ = 0;
   std::vector<std::pair<std::string, SResult>> reports_;
-  int pid_file_ = -1;
   const slp::support::SlpPeer peer_{[this](const PeerRequest& request) { return Answer(request); },
-                                    {.port = port()}};
+                                    {.port = port(), .group = false}};
 };
 
 TEST_F(RefusingDaemon, LeadsToOneReportAfterFiveFailures) {

@@ -1,8 +1,10 @@
-// An application of its own that registers one service and keeps it registered until its input ends.
-// Arguments: URL, lifetime in seconds, check interval in milliseconds.
+// An application of its own that registers one service and keeps it registered until it is killed, for two
+// minutes at most. Arguments: URL, lifetime in seconds, check interval in milliseconds.
+#include <chrono>
 #include <iostream>
 #include <map>
 #include <string>
+#include <thread>
 
 #include "kelsd/CKelSLPService.h"
 
@@ -21,8 +23,8 @@ int main(int argc, char** argv) {
                                                     std::map<std::string, std::string>(), {});
   }
   std::cout << (result.IsOk() ? "registered" : result.ToString()) << std::endl;
-  std::string line;
-  while (result.IsOk() && std::getline(std::cin, line)) {
+  if (result.IsOk()) {
+    std::this_thread::sleep_for(std::chrono::minutes(2));
   }
   return result.IsOk() ? 0 : 1;
 }

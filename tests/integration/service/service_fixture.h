@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/types.h>
 
 #include <chrono>
 #include <cstdint>
@@ -15,6 +14,8 @@
 
 #include "kelsd/CKelSLPClient.h"
 #include "kelsd/CKelSLPService.h"
+#include "support/free_port.h"
+#include "support/host_daemon/host_daemon.h"
 #include "support/same_result.h"
 
 namespace kelsd::integration {
@@ -24,13 +25,8 @@ using std::chrono::milliseconds;
 /// What a machine that is busy with other things may add to any time that a test allows.
 inline constexpr milliseconds kSlack{5000};
 
-/// Names the environment for the library, and gives back all of it at the end: also when the test process
-/// crashes, no daemon and no folder stays.
 class ServiceTest : public testing::Test {
  protected:
-  ServiceTest();
-  ~ServiceTest() override;
-
   /// A configuration with the scope TAMRO.
   void SetUp() override { WriteConfiguration("net.slp.useScopes = TAMRO\n"); }
   /// Stops the daemon, and lets no watchdog start it again.
@@ -38,26 +34,21 @@ class ServiceTest : public testing::Test {
 
   /// Writes the file: interface and port, then `further_lines`.
   void WriteConfiguration(const std::string& further_lines) const;
-  std::string Configuration() const;
+  std::string Configuration() const { return support::FileContent(File("slp.conf")); }
 
+  support::HostDaemon& daemon() { return daemon_; }
   /// The process that serves, 0 when none does.
-  pid_t DaemonPid() const;
+  unsigned long DaemonPid() const { return daemon_.ProcessId(); }
   /// How often the daemon's program was started so far.
-  int DaemonStarts() const;
+  int DaemonStarts() const { return daemon_.Starts(); }
 
-  std::string File(const std::string& name) const { return folder_ + "/" + name; }
-  std::string PidFile() const { return File("slpd.pid"); }
-  std::string Log() const;
+  std::string File(const std::string& name) const { return daemon_.File(name); }
+  std::string Log() const { return support::FileContent(File("slpd.log")); }
   std::uint16_t port() const { return port_; }
 
  private:
-  void WriteStartCountingProgram() const;
-  void StartCleaner();
-
-  std::string folder_;
-  std::uint16_t port_ = 0;
-  pid_t cleaner_ = 0;
-  int cleaner_pipe_ = -1;
+  support::HostDaemon daemon_;
+  std::uint16_t port_ = slp::support::FreePort();
 };
 
 /// The sorted URLs that a unicast search finds, or the text of its failure.
