@@ -1,0 +1,31 @@
+#include "bench/support/services.h"
+
+namespace bench {
+namespace {
+
+// As many digits each, so that no value is the beginning of another.
+std::string Digits(std::size_t index) {
+  const std::string text = std::to_string(index);
+  return std::string(text.size() < 8 ? 8 - text.size() : 0, '0') + text;
+}
+
+}  // namespace
+
+std::string Url(std::size_t index) {
+  return std::string(kType) + "://127.0.0.1:8080/services/" + Digits(index);
+}
+
+std::string Attributes(std::size_t index) {
+  return "(id=" + Digits(index) + "),(x-version=4.2),(x-server-name=srv" + Digits(index) +
+         "),(x-ip-addresses=10.0.0.1,10.0.0.2),(x-server-ns-name=ns1),(x-server-ns-port=8081)";
+}
+
+std::string OnlyThis(std::size_t index) {
+  return "(id=" + Digits(index) + ")";
+}
+
+std::string OnlyThisByWildcard(std::size_t index) {
+  return "(x-server-name=*" + Digits(index) + ")";
+}
+
+}  // namespace bench
