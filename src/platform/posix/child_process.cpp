@@ -27,9 +27,10 @@ class SpawnSettings {
  public:
   explicit SpawnSettings(int error_output) {
     posix_spawn_file_actions_init(&actions);
+    // First: in a process without standard input or output, `error_output` is one of the two that follow.
+    posix_spawn_file_actions_adddup2(&actions, error_output, STDERR_FILENO);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, error_output, STDERR_FILENO);
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 
     posix_spawnattr_init(&attributes);

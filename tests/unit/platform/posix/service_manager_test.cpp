@@ -1,5 +1,6 @@
 #include "platform/service_manager.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -11,8 +12,10 @@
 #include <csignal>
 #include <ctime>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "support/fake_platform/environment.h"
 #include "support/fake_platform/fake_clock.h"
@@ -113,6 +116,27 @@ TEST_P(ServiceManagerContract, KnowsNoOtherService) {
 INSTANTIATE_TEST_SUITE_P(SystemAndFake, ServiceManagerContract, testing::Bool(),
                          [](const auto& row) { return row.param ? "Fake" : "System"; });
 
+/// Takes standard descriptors away from this process while it lives, as a program has it that left its
+/// terminal.
+class ClosedDescriptor {
+ public:
+  explicit ClosedDescriptor(int descriptor)
+      : descriptor_(descriptor), kept_(fcntl(descriptor, F_DUPFD_CLOEXEC, kAboveStandard)) {
+    EXPECT_EQ(close(descriptor_), 0);
+  }
+  ~ClosedDescriptor() {
+    EXPECT_EQ(dup2(kept_, descriptor_), descriptor_);
+    close(kept_);
+  }
+  ClosedDescriptor(const ClosedDescriptor&) = delete;
+  ClosedDescriptor& operator=(const ClosedDescriptor&) = delete;
+
+ private:
+  static constexpr int kAboveStandard = 3;
+  const int descriptor_;
+  const int kept_;
+};
+
 // What only the daemon that is a process does.
 class ProcessDaemon : public ServiceManagerContract {};
 
@@ -123,6 +147,31 @@ TEST_P(ProcessDaemon, GivesItsLastWordsAsTheReason) {
   ServiceStatus status;
   EXPECT_TRUE(services().QueryStatus(service_, status));
   EXPECT_EQ(status, (ServiceStatus{.current_state = kServiceStopped, .exit_code = 3}));
+}
+
+TEST_P(ProcessDaemon, GivesItsLastWordsToAProcessWithoutStandardDescriptors) {
+  SetEnvironment("KELSD_TEST_DAEMON", "fails");
+  for (const int first : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    std::string words;
+    {
+      std::vector<std::unique_ptr<ClosedDescriptor>> closed;
+      for (int descriptor = first; descriptor <= STDERR_FILENO; ++descriptor) {
+        closed.push_back(std::make_unique<ClosedDescriptor>(descriptor));
+      }
+      EXPECT_FALSE(services().RequestStart(service_));
+      words = services().LastErrorText();
+    }
+    EXPECT_EQ(words, "port 427 is taken") << "without " << first << " and above";
+  }
+  for (const int only : {STDIN_FILENO, STDOUT_FILENO}) {
+    std::string words;
+    {
+      const ClosedDescriptor closed(only);
+      EXPECT_FALSE(services().RequestStart(service_));
+      words = services().LastErrorText();
+    }
+    EXPECT_EQ(words, "port 427 is taken") << "without " << only;
+  }
 }
 
 TEST_P(ProcessDaemon, ThatEndsWithoutAWordIsKnownByItsStatus) {
