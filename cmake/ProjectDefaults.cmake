@@ -21,6 +21,8 @@ endif()
 add_library(kelsd_warnings INTERFACE)
 if(MSVC)
   target_compile_options(kelsd_warnings INTERFACE /W4 /permissive- /utf-8)
+  # Functions of the standard, among them getenv, that MSVC alone calls deprecated.
+  target_compile_definitions(kelsd_warnings INTERFACE _CRT_SECURE_NO_WARNINGS)
   if(KELSD_WERROR)
     target_compile_options(kelsd_warnings INTERFACE /WX)
   endif()

@@ -59,8 +59,9 @@ class KELSD_EXPORT CKelSLPService : public CKelSLP {
   ///
   /// Calls come one at a time, on a thread of the library, or on the thread that has started the daemon
   /// before its call returns, or on a thread that is already reporting. No lock is held: the callback may
-  /// call the library, wait for other threads, and throw. A call that is under way goes on after the callback
-  /// has been replaced.
+  /// call the library and wait for other threads. What it throws is dropped; on Windows it throws nothing
+  /// unless library and application share one C++ run-time library. A call that is under way goes on after
+  /// the callback has been replaced.
   static void SetReRegistrationFailedCallback(std::function<void(std::string, SResult)> callback);
 
   // Control of the daemon. They work without initialisation.

@@ -11,7 +11,8 @@ namespace kelsd {
 ///
 /// The description of a code is fixed and derived from the code; the detail names what the operation was
 /// working on; the debug trail names the functions that the failure passed through, outermost first,
-/// separated by blanks. No operation of the library throws: everything that can go wrong is told here.
+/// separated by blanks. No operation of the library throws: everything that can go wrong is told here. (For
+/// lack of memory a record itself may throw: see Export.h.)
 struct KELSD_EXPORT SResult {
  public:
   /// Outcome codes. The numbers are part of the interface; 44 is reserved and never used.
