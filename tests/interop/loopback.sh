@@ -1,9 +1,6 @@
 #!/usr/bin/env bash
-# A service that the Windows build registers is found by the native tool, and the other way round, over the loopback
-# interface.
-#
-# By multicast only the native daemon is asked: under Wine the Windows one hears no group. Its socket is bound to the
-# address of the interface, which suffices on Windows, whereas Linux hands it only what is sent to that address.
+# A service that the Windows build registers is found by the native tool, and the other way round: by a question to one
+# host and by multicast, over the loopback interface.
 #
 # usage: loopback.sh NATIVE WINDOWS EMULATOR WORK
 #   NATIVE, WINDOWS  the folders with kelsd and slpd of either build
@@ -94,6 +91,7 @@ expect_gone() {
 windows_slpd install --config "$windows_configuration" >"$work/install.log" 2>&1 || fail "slpd install"
 register windows
 expect_found native windows --address 127.0.0.1
+expect_found native windows
 # Before the program's next renewal, minutes from here, nobody brings the service back.
 kelsd windows deregister "$url" >"$work/deregister.log" 2>&1 || fail "deregister"
 expect_gone native
