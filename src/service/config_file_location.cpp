@@ -8,6 +8,12 @@
 
 namespace kelsd {
 
+namespace {
+
+constexpr const char* kValidate = "kelsd::CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile";
+
+}  // namespace
+
 std::string CKelSLPServiceImpl::GetOpenSLPConfigVariable(bool& found) {
   const char* value = std::getenv("OpenSLPConfig");
   if (value == nullptr) {
@@ -44,16 +50,17 @@ SResult CKelSLPServiceImpl::GetSLPEnvConfigFileName(std::string& fileName) {
   return {SResult::ERR_SUCCESS};
 }
 
-SResult CKelSLPServiceImpl::CreateMissingConfigFile(const std::string& fileName, const std::string& name) {
+SResult CKelSLPServiceImpl::CreateMissingConfigFile(const std::string& fileName) {
   if (platform::FileExists(fileName)) {
     return {SResult::ERR_SUCCESS};
   }
   const std::string folder = FolderOf(fileName);
   if (!CreateMissingFolders(folder)) {
-    return {SResult::ERR_CONF_DIR_CREATE, "Cannot create 'OpenSLPConfig' directory '" + folder + "'.", name};
+    return {SResult::ERR_CONF_DIR_CREATE, "Cannot create 'OpenSLPConfig' directory '" + folder + "'.",
+            kValidate};
   }
   if (!platform::CreateEmptyFile(fileName)) {
-    return {SResult::ERR_CONF_CREATE, "Cannot create 'OpenSLPConfig' file '" + fileName + "'.", name};
+    return {SResult::ERR_CONF_CREATE, "Cannot create 'OpenSLPConfig' file '" + fileName + "'.", kValidate};
   }
   return {SResult::ERR_SUCCESS};
 }
@@ -63,19 +70,18 @@ SResult CKelSLPServiceImpl::CreateMissingConfigFile(const std::string& fileName,
 // 3. The SLP library must have taken the same file from the variable,
 // 4. otherwise the variable was set or changed after the library had loaded its properties.
 SResult CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile() {
-  constexpr const char* kName = "kelsd::CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile";
   std::string file_name;
   if (const SResult result = GetSLPEnvConfigFileName(file_name); result.IsNotOk()) {
-    return result.PrependErrorDebug(kName, " ");
+    return result.PrependErrorDebug(kValidate, " ");
   }
-  if (SResult result = CreateMissingConfigFile(file_name, kName); result.IsNotOk()) {
+  if (SResult result = CreateMissingConfigFile(file_name); result.IsNotOk()) {
     return result;
   }
   std::string used;
   if (GetStringProperty(used, CKelSLPConfig::PROP_ENVCONFIGFILE).IsOk() && EqualsNoCase(used, file_name)) {
     return {SResult::ERR_SUCCESS};
   }
-  return {SResult::ERR_RESTART_REQUIRED, "", kName};
+  return {SResult::ERR_RESTART_REQUIRED, "", kValidate};
 }
 
 // 1. Validate.

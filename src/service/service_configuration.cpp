@@ -153,7 +153,7 @@ SResult CKelSLPServiceImpl::SetSLPServiceConfigInternal(const CKelSLPServiceConf
     if (SResult result = GetSLPEnvConfigFileName(file_name); result.IsNotOk()) {
       return result;
     }
-    if (SResult result = CreateMissingConfigFile(file_name, kName); result.IsNotOk()) {
+    if (SResult result = CreateMissingConfigFile(file_name); result.IsNotOk()) {
       return result;
     }
     CSLPConfAccess store(m_platform.clock);

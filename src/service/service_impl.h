@@ -105,9 +105,9 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
   std::string GetSLPConfigFileName();
   /// The file that the environment variable "OpenSLPConfig" names.
   SResult GetSLPEnvConfigFileName(std::string& fileName);
-  /// Creates this file, empty, with its folders when it doesn't exist; `name` is the debug trail of a
-  /// failure. Reads no properties, which would load those of the file as it is.
-  SResult CreateMissingConfigFile(const std::string& fileName, const std::string& name);
+  /// Creates this file, empty, with its folders when it doesn't exist: the part of the following validation
+  /// that reads no properties, which would load those of the file as it is.
+  SResult CreateMissingConfigFile(const std::string& fileName);
   /// Makes sure that this file exists and that the SLP library uses it.
   SResult ValidateSLPEnvironmentConfigFile();
 

@@ -317,7 +317,7 @@ TEST_F(ServiceConfiguration, ReportsAFolderThatCannotBeCreated) {
       SameResult(SResult(SResult::ERR_CONF_DIR_CREATE,
                          "Cannot create 'OpenSLPConfig' directory '" + folder.Path("file") + "'.",
                          kAgentName + "SetSLPServiceConfig " + kAgentName + "SetSLPServiceConfigInternal " +
-                             kAgentName + "SetSLPServiceConfigInternal")));
+                             kAgentName + "ValidateSLPEnvironmentConfigFile")));
   EXPECT_TRUE(CKelSLPImpl::IsInitialized());
 }
 
