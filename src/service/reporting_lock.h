@@ -11,7 +11,8 @@ namespace kelsd {
 
 /// A `Lock` that its holder may take again. What the holders reported is queued before the outermost of them
 /// leaves, so that reports keep the order in which the lock was held, and delivered afterwards: the
-/// application's callback may wait for other threads that need the lock.
+/// application's callback may wait for other threads that need the lock. The outermost holder delivers when
+/// it leaves, unless it delivers at a time of its own.
 ///
 /// The operations bear the standard library's names, so that std::lock_guard takes this lock.
 template <typename Lock>
@@ -44,8 +45,11 @@ class ReportingLock {
     }
   }
 
-  /// The caller holds the lock.
+  /// Delivered when the lock is left. The caller holds it.
   void Report(std::list<SDroppedService> dropped) noexcept { dropped_.splice(dropped_.end(), dropped); }
+
+  /// For a caller, holding the lock, that delivers by itself some time after it has left it.
+  void ReportLater(std::list<SDroppedService> dropped) noexcept { reports_.Add(std::move(dropped)); }
 
  private:
   DroppedServiceReports& reports_;

@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -82,10 +81,10 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
 
   SResult SetRegistrationCheckInterval(int intervalMs);
   void SetReRegistrationFailedCallback(std::function<void(std::string, SResult)> callback);
-  /// One pass over the registered services: renews those that are due, or with `force` all of them. Returns
-  /// the services that it gave up, for the caller to report once no lock is held. Does nothing while another
-  /// thread holds m_serviceLock or a registration is under way.
-  [[nodiscard]] std::list<SDroppedService> CheckRegistrations(bool force);
+  /// One pass over the registered services: renews those that are due, or with `force` all of them. What it
+  /// gave up is reported when m_serviceLock is left, by a forced pass, or else only queued: the timer delivers
+  /// it after its tick. Does nothing while another thread holds m_serviceLock or a registration is under way.
+  void CheckRegistrations(bool force);
 
   // Control of the daemon.
 

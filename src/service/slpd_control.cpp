@@ -117,7 +117,7 @@ SResult CKelSLPServiceImpl::StartBody() {
   if (status.current_state != platform::kServiceRunning) {
     return {SResult::ERR_SLPD_START, DidNotStart(status)};
   }
-  m_serviceLock.Report(CheckRegistrations(true));
+  CheckRegistrations(true);
   return {SResult::ERR_SUCCESS};
 }
 

@@ -52,8 +52,8 @@ void CKelSLPServiceImpl::StartTimer() noexcept {
   }
 }
 
-// A tick is dropped while another one is in its pass. What a pass gave up is queued before it leaves the
-// guard, so that reports keep the order of the passes, and delivered afterwards, by what follows the tick.
+// A tick is dropped while another one is in its pass. What the pass gave up is delivered by what follows the
+// tick, so that deleting the timer never waits for the application's callback.
 void CKelSLPServiceImpl::TimerTick() {
   {
     const std::lock_guard guard(m_passGuard);
@@ -62,13 +62,11 @@ void CKelSLPServiceImpl::TimerTick() {
     }
     m_passRunning = true;
   }
-  std::list<SDroppedService> dropped;
   try {
-    dropped = CheckRegistrations(false);
+    CheckRegistrations(false);
   } catch (
       ...) {  // NOLINT(bugprone-empty-catch): nothing may leave a timer's thread; the next pass tries again
   }
-  m_reports->Add(std::move(dropped));
   const std::lock_guard guard(m_passGuard);
   m_passRunning = false;
 }
@@ -80,22 +78,23 @@ void CKelSLPServiceImpl::TimerTick() {
 // 4. A daemon that doesn't run, or doesn't tell, counts as started now: then every service is due.
 // 5. In the order of URLs: renew what is due, and count failures in a row.
 // 6. Services that failed too often are no longer kept. The timer goes on, even without services.
-std::list<SDroppedService> CKelSLPServiceImpl::CheckRegistrations(bool force) {
-  std::list<SDroppedService> dropped;
+// 7. They are queued for reporting before the lock is left, so that reports keep the order of the passes.
+void CKelSLPServiceImpl::CheckRegistrations(bool force) {
   const std::unique_lock hold(m_serviceLock, std::try_to_lock);
   if (!hold.owns_lock() || m_registrationBusy || RegisteredServices.empty()) {
-    return dropped;
+    return;
   }
   const BusyGuard busy(m_registrationBusy);
   if (!IsInitialized()) {
-    Initialize();
+    static_cast<void>(Initialize());  // a renewal tells when that failed
   }
   platform::Clock& clock = m_platform.clock;
   std::int64_t slpd_start = clock.Now();
   if (!force) {
-    GetSLPDStartTimestamp(slpd_start);
+    static_cast<void>(GetSLPDStartTimestamp(slpd_start));
   }
   const std::int64_t now = clock.Now();
+  std::list<SDroppedService> dropped;
   for (auto& [url, service] : RegisteredServices) {
     if (!force && !IsRenewalDue(service.Lifetime, service.LastRegistration, slpd_start, now,
                                 m_reRegistrationMarginMs)) {
@@ -112,7 +111,11 @@ std::list<SDroppedService> CKelSLPServiceImpl::CheckRegistrations(bool force) {
   for (const SDroppedService& service : dropped) {
     RegisteredServices.erase(service.url);
   }
-  return dropped;
+  if (force) {
+    m_serviceLock.Report(std::move(dropped));
+  } else {
+    m_serviceLock.ReportLater(std::move(dropped));
+  }
 }
 
 }  // namespace kelsd

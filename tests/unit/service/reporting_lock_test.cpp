@@ -55,6 +55,17 @@ TEST_F(ReportingLockTest, QueuesBeforeItIsLeft) {
   EXPECT_THAT(told_, ElementsAre("first", "second", "of the next holder"));
 }
 
+TEST_F(ReportingLockTest, QueuesAlsoWhatIsToldLaterBeforeItIsLeft) {
+  HandedOnLock::on_unlock = [&] { reports_.Add(Dropped("of the next holder")); };
+  {
+    const std::lock_guard hold(lock_);
+    lock_.ReportLater(Dropped("first"));
+  }
+  EXPECT_THAT(told_, IsEmpty());
+  reports_.Deliver();
+  EXPECT_THAT(told_, ElementsAre("first", "of the next holder"));
+}
+
 TEST_F(ReportingLockTest, TellsAfterItHasBeenLeft) {
   std::vector<std::string> told_at_unlock = {"not left"};
   HandedOnLock::on_unlock = [&] { told_at_unlock = told_; };
