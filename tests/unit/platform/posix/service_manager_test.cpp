@@ -22,7 +22,7 @@
 #include "support/fake_platform/fake_service_manager.h"
 #include "support/fake_platform/temporary_folder.h"
 #include "support/run_program/run_program.h"
-#include "unit/platform/posix/without_privileges.h"
+#include "support/without_privileges.h"
 
 namespace kelsd::platform {
 namespace {
@@ -230,7 +230,7 @@ TEST_P(ProcessDaemon, WithoutAPlaceForItsPidFileIsAFailure) {
   ClearEnvironment("KELSD_SLPD_PIDFILE");
   ClearEnvironment("XDG_RUNTIME_DIR");
   {
-    const WithoutPrivileges user;
+    const support::WithoutPrivileges user;
     EXPECT_EQ(services().OpenNamed(manager_, "slpd", service_access::kQueryStatus), nullptr);
     EXPECT_EQ(services().LastErrorText(),
               "There is no place for the pid file: set KELSD_SLPD_PIDFILE or XDG_RUNTIME_DIR.");

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "support/fake_platform/environment.h"
-#include "unit/platform/posix/without_privileges.h"
+#include "support/without_privileges.h"
 
 namespace kelsd::platform {
 namespace {
@@ -29,7 +29,7 @@ TEST_F(SlpdFiles, ThePidFileIsTheOneThatTheEnvironmentNames) {
   SetEnvironment("XDG_RUNTIME_DIR", "/run/user/1000");
   SetEnvironment("KELSD_SLPD_PIDFILE", "/tmp/own.pid");
   EXPECT_EQ(SlpdPidFile(), "/tmp/own.pid");
-  const WithoutPrivileges user;
+  const support::WithoutPrivileges user;
   EXPECT_EQ(SlpdPidFile(), "/tmp/own.pid");
 }
 
@@ -44,7 +44,7 @@ TEST_F(SlpdFiles, TheAdministratorsPidFileIsTheSystems) {
 }
 
 TEST_F(SlpdFiles, AUsersPidFileIsInTheRuntimeFolder) {
-  const WithoutPrivileges user;
+  const support::WithoutPrivileges user;
   EXPECT_EQ(SlpdPidFile(), "") << "without such a folder there is no place";
   SetEnvironment("XDG_RUNTIME_DIR", "/run/user/1000");
   EXPECT_EQ(SlpdPidFile(), "/run/user/1000/slpd.pid");

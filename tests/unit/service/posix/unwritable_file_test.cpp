@@ -2,18 +2,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
 #include <string>
 
 #include "../service_fixture.h"
+#include "support/without_privileges.h"
 
 namespace kelsd {
 namespace {
-
-constexpr uid_t kNobody = 65534;
 
 /// No file of this process grows beyond `bytes` while it lives: writing more fails as on a full disk.
 class FullDisk {
@@ -30,26 +28,6 @@ class FullDisk {
 
  private:
   rlimit before_{};
-};
-
-/// The administrator may write every file; while it lives this process is nobody.
-class OrdinaryUser {
- public:
-  OrdinaryUser() {
-    if (administrator_) {
-      EXPECT_EQ(seteuid(kNobody), 0);
-    }
-  }
-  ~OrdinaryUser() {
-    if (administrator_) {
-      EXPECT_EQ(seteuid(0), 0);
-    }
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  const bool administrator_ = geteuid() == 0;
 };
 
 class UnwritableFile : public ServiceFixture {
@@ -84,7 +62,7 @@ TEST_F(UnwritableFile, AFullDiskIsReportedByARegistrationWithANewScope) {
 TEST_F(UnwritableFile, AFileThatIsNotOursIsReported) {
   folder.Write("slp.conf", before_);
   std::filesystem::permissions(folder.Path("slp.conf"), std::filesystem::perms(0444));
-  const OrdinaryUser user;
+  const support::WithoutPrivileges user;
   EXPECT_THAT(
       agent.SetLocalScopes({"tamro"}),
       SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"), kAgentName + "SetLocalScopes ")));

@@ -1,10 +1,10 @@
-// A test as a user without the administrator's rights. One thread.
+// A test as a user without the administrator's rights, where there are such users (not on Windows). One thread.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-namespace kelsd::platform {
+namespace kelsd::support {
 
 /// While it lives, a process of the administrator acts for somebody else; any other process is as it was.
 class WithoutPrivileges {
@@ -27,4 +27,4 @@ class WithoutPrivileges {
   const uid_t before_;
 };
 
-}  // namespace kelsd::platform
+}  // namespace kelsd::support
