@@ -1,11 +1,14 @@
-// A configuration file that cannot be written: the disk is full, or the file is not ours.
+// A configuration file that cannot be written, or not even read: the disk is full, the file is not ours, or
+// it is no file at all.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "../service_fixture.h"
 #include "support/without_privileges.h"
@@ -67,6 +70,44 @@ TEST_F(UnwritableFile, AFileThatIsNotOursIsReported) {
       agent.SetLocalScopes({"tamro"}),
       SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"), kAgentName + "SetLocalScopes ")));
   EXPECT_EQ(folder.Read("slp.conf"), before_);
+}
+
+TEST_F(UnwritableFile, AFullDiskLeavesNoFileThatWasNotThere) {
+  std::filesystem::remove(folder.Path("slp.conf"));
+  const std::string name = kAgentName + "SetLocalScopes ";
+  const FullDisk full(4);
+  EXPECT_THAT(agent.SetLocalScopes({"tamro"}),
+              SameResult(SResult(SResult::ERR_CONF_WRITE, folder.Path("slp.conf"),
+                                 name + name + "CSLPConfAccess::Update")));
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("slp.conf")));
+}
+
+/// A pipe in the file's place can be opened and locked, but not be read from its start.
+class UnreadableFile : public ServiceFixture {
+ protected:
+  UnreadableFile() {
+    std::filesystem::remove(folder.Path("slp.conf"));
+    EXPECT_EQ(mkfifo(folder.Path("slp.conf").c_str(), 0600), 0);
+  }
+
+  SResult NotLoaded(const std::string& trail) const {
+    return {SResult::ERR_CONF_LOAD, folder.Path("slp.conf"), trail};
+  }
+};
+
+TEST_F(UnreadableFile, IsReportedByEveryUseOfTheFile) {
+  EXPECT_THAT(agent.SetLocalScopes({"tamro"}), SameResult(NotLoaded(kAgentName + "SetLocalScopes ")));
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors{SResult()};
+  EXPECT_THAT(agent.GetSLPServiceConfigFromFileInternal(config, errors),
+              SameResult(NotLoaded(kAgentName + "GetSLPServiceConfigFromFileInternal ")));
+  EXPECT_EQ(errors.size(), 1U);
+  scripted_slp::SetFileProperty("net.slp.MTU", "1000");
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+              SameResult(NotLoaded(kAgentName + "SetSLPServiceConfig " + kAgentName +
+                                   "SetSLPServiceConfigInternal ")));
+  EXPECT_TRUE(CKelSLPImpl::IsInitialized());
+  EXPECT_THAT(services.Calls(), testing::IsEmpty());
 }
 
 }  // namespace
