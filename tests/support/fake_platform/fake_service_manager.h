@@ -50,7 +50,7 @@ class FakeServiceManager : public platform::ServiceManager {
   void SetStartTime(std::int64_t seconds);
   /// The calls from the `after`th on fail, `times` of them, and the system says "Refused: CALL.".
   void Fail(ServiceCall call, int times = 1, int after = 0);
-  /// Run within a start or stop that succeeds, while no lock of this object is held.
+  /// Run within a start that succeeds, while no lock of this object is held.
   void OnStart(std::function<void()> hook);
 
   // What was called.

@@ -5,6 +5,7 @@
 #include <future>
 #include <mutex>
 #include <shared_mutex>
+#include <stdexcept>
 #include <string>
 
 #include "service_fixture.h"
@@ -136,6 +137,29 @@ TEST_F(Deregistration, TellsOfBothWhenTheInitialisationFails) {
                                          "kelsd::CKelSLPImpl::ReInitializeInternal "
                                          "kelsd::CKelSLPImpl::InitializeInternal "
                                          "kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
+}
+
+TEST_F(Deregistration, TellsWhyTheInitialisationFailed) {
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  Next(Function::kOpen, scripted_slp::Throws(std::runtime_error("broken")));
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_RESTART_REQUIRED, " Re-initialization failed: broken",
+                                 kName + " kelsd::CKelSLPServiceImpl::ValidateSLPEnvironmentConfigFile "
+                                         "kelsd::CKelSLPImpl::ReInitialize ")));
+  EXPECT_FALSE(CKelSLPImpl::IsInitialized());
+}
+
+TEST_F(Deregistration, TurnsExceptionsIntoResultsAndUndoesEverything) {
+  Registered();
+  Next(Function::kDereg, scripted_slp::Throws(std::runtime_error("broken")));
+  EXPECT_THAT(agent.DeregisterService(kUrl),
+              SameResult(SResult(SResult::ERR_BASIC_API, "broken", kName + " ")));
+  EXPECT_EQ(scripted_slp::OpenHandles(), 1);
+  EXPECT_THAT(RegisteredUrls(), IsEmpty());
+  // Not locked.
+  std::async(std::launch::async, [&] {
+    EXPECT_THAT(agent.DeregisterService(kUrl), SameResult(kSuccess));
+  }).get();
 }
 
 }  // namespace

@@ -2,15 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdint>
 #include <future>
 #include <memory>
 #include <mutex>
+#include <numeric>
 #include <shared_mutex>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "platform/exclusive_file.h"
 #include "service_fixture.h"
+#include "support/allocation_failure.h"
 
 namespace kelsd {
 namespace {
@@ -18,6 +22,7 @@ namespace {
 using scripted_slp::Function;
 using scripted_slp::Next;
 using scripted_slp::Returns;
+using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -41,8 +46,18 @@ class ServiceConfiguration : public ServiceFixture {
     return config;
   }
 
+  /// How long the agent has waited so far.
+  std::uint32_t WaitedMilliseconds() {
+    const std::vector<std::uint32_t> sleeps = clock.Sleeps();
+    return std::accumulate(sleeps.begin(), sleeps.end(), std::uint32_t{0});
+  }
+
   std::unique_ptr<platform::ExclusiveFile> other_writer_;
 };
+
+auto TwoToThreeSeconds() {
+  return testing::AllOf(testing::Gt(2000U), testing::Le(3000U));
+}
 
 // Reading.
 
@@ -98,6 +113,40 @@ TEST_F(ServiceConfiguration, ReportsProblemsOfTheFile) {
                                      "kelsd::CKelSLPImpl::InitializeInternal "
                                      "kelsd::CKelSLPImpl::OpenSLPHandle SLPOpen")));
   EXPECT_EQ(errors.size(), 1U);
+}
+
+TEST_F(ServiceConfiguration, TellsWhyTheInitialisationFailed) {
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  Next(Function::kOpen, scripted_slp::Throws(std::runtime_error("broken")));
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors{SResult()};
+  EXPECT_THAT(agent.GetSLPServiceConfig(config, errors),
+              SameResult(SResult(SResult::ERR_RESTART_REQUIRED, " Re-initialization failed: broken",
+                                 kAgentName + "GetSLPServiceConfig " + kAgentName +
+                                     "ValidateSLPEnvironmentConfigFile kelsd::CKelSLPImpl::ReInitialize ")));
+  EXPECT_EQ(errors.size(), 1U);
+  EXPECT_FALSE(CKelSLPImpl::IsInitialized());
+}
+
+TEST_F(ServiceConfiguration, ReadingSurvivesEveryFailedAllocation) {
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors{SResult()};
+  FailEachAllocation(
+      [&] { return agent.GetSLPServiceConfig(config, errors); },
+      [&](const SResult& result) {
+        // The name of the file in use cannot be read without memory.
+        EXPECT_THAT(result.GetErrorCode(),
+                    AnyOf(SResult::ERR_OUT_OF_MEMORY, SResult::ERR_RESTART_REQUIRED, SResult::ERR_SUCCESS));
+        if (result.IsNotOk()) {
+          EXPECT_EQ(errors.size(), 1U);
+        }
+        EXPECT_EQ(scripted_slp::OutstandingMemory(), 0);
+        // Not locked, and made up for where it is left uninitialised.
+        EXPECT_THAT(CKelSLPImpl::Initialize(), SameResult(kSuccess));
+        EXPECT_EQ(scripted_slp::OpenHandles(), 1);
+        errors.assign(1, SResult());
+      });
+  EXPECT_THAT(errors, IsEmpty());
 }
 
 TEST_F(ServiceConfiguration, IsReadWhileSearchesRun) {
@@ -186,6 +235,7 @@ TEST_F(ServiceConfiguration, FromAFileThatSomebodyElseWritesFailsInTime) {
   EXPECT_THAT(agent.GetSLPServiceConfigFromFileInternal(config, errors),
               SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"),
                                  kAgentName + "GetSLPServiceConfigFromFileInternal ")));
+  EXPECT_THAT(WaitedMilliseconds(), TwoToThreeSeconds());
   EXPECT_EQ(errors.size(), 1U);
   ClearEnvironment("OpenSLPConfig");
   EXPECT_EQ(agent.GetSLPServiceConfigFromFileInternal(config, errors).GetErrorDebug(),
@@ -289,8 +339,56 @@ TEST_F(ServiceConfiguration, AFileThatSomebodyElseWritesFailsInTimeAndLeavesAnIn
       agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
       SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"),
                          kAgentName + "SetSLPServiceConfig " + kAgentName + "SetSLPServiceConfigInternal ")));
+  EXPECT_THAT(WaitedMilliseconds(), TwoToThreeSeconds());
   EXPECT_TRUE(CKelSLPImpl::IsInitialized());
   EXPECT_THAT(services.Calls(), IsEmpty());
+}
+
+TEST_F(ServiceConfiguration, OfTwoFailuresTheWritingsIsReported) {
+  LockFile();
+  Next(Function::kOpen, Returns(SLP_NETWORK_INIT_FAILED));
+  EXPECT_THAT(
+      agent.SetSLPServiceConfig(CKelSLPServiceConfig()),
+      SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"),
+                         kAgentName + "SetSLPServiceConfig " + kAgentName + "SetSLPServiceConfigInternal ")));
+  EXPECT_FALSE(CKelSLPImpl::IsInitialized());
+  EXPECT_THAT(services.Calls(), IsEmpty());
+}
+
+TEST_F(ServiceConfiguration, SettingTurnsExceptionsIntoResultsAndUndoesEverything) {
+  Next(Function::kOpen, scripted_slp::Throws(std::runtime_error("broken")));
+  const SResult broken(SResult::ERR_BASIC_API, "broken", kAgentName + "SetSLPServiceConfig ");
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(broken));
+  EXPECT_FALSE(CKelSLPImpl::IsInitialized());
+  EXPECT_NE(folder.Read("slp.conf"), "");
+  // Neither locked nor broken for good.
+  std::async(std::launch::async, [&] {
+    EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  }).get();
+}
+
+TEST_F(ServiceConfiguration, SettingSurvivesEveryFailedAllocation) {
+  const std::string before = "# ours\nnet.slp.MTU = 1\n";
+  folder.Write("slp.conf", before);
+  EXPECT_THAT(agent.SetSLPServiceConfig(CKelSLPServiceConfig()), SameResult(kSuccess));
+  const std::string after = folder.Read("slp.conf");
+  folder.Write("slp.conf", before);
+  const CKelSLPServiceConfig config;
+  FailEachAllocation([&] { return agent.SetSLPServiceConfig(config); },
+                     [&](const SResult& result) {
+                       EXPECT_THAT(result.GetErrorCode(),
+                                   AnyOf(SResult::ERR_OUT_OF_MEMORY, SResult::ERR_SUCCESS));
+                       EXPECT_THAT(folder.Read("slp.conf"), AnyOf(before, after));
+                       if (result.IsOk()) {
+                         EXPECT_EQ(folder.Read("slp.conf"), after);
+                       }
+                       EXPECT_EQ(services.OpenHandles(), 0);
+                       EXPECT_EQ(scripted_slp::OutstandingMemory(), 0);
+                       EXPECT_THAT(CKelSLPImpl::Initialize(), SameResult(kSuccess));
+                       EXPECT_EQ(scripted_slp::OpenHandles(), 1);
+                       folder.Write("slp.conf", before);
+                     });
+  EXPECT_EQ(folder.Read("slp.conf"), after);
 }
 
 TEST_F(ServiceConfiguration, ReportsAMissingVariable) {
@@ -384,11 +482,25 @@ TEST_F(ServiceConfiguration, SetsTheScopesOnly) {
   EXPECT_THAT(scripted_slp::Calls(), IsEmpty());
 }
 
+TEST_F(ServiceConfiguration, SettingTheScopesSurvivesEveryFailedAllocation) {
+  const std::string before = "net.slp.useScopes = X\n";
+  const std::string after = "net.slp.useScopes = TAMRO\r\n";
+  folder.Write("slp.conf", before);
+  const std::vector<std::string> scopes{"tamro"};
+  FailEachAllocation([&] { return agent.SetLocalScopes(scopes); },
+                     [&](const SResult& result) {
+                       EXPECT_EQ(result.GetErrorCode(), SResult::ERR_OUT_OF_MEMORY);
+                       EXPECT_EQ(folder.Read("slp.conf"), before);
+                     });
+  EXPECT_EQ(folder.Read("slp.conf"), after);
+}
+
 TEST_F(ServiceConfiguration, ReportsAFileOfTheScopesThatSomebodyElseWrites) {
   LockFile();
   EXPECT_THAT(
       agent.SetLocalScopes({"tamro"}),
       SameResult(SResult(SResult::ERR_CONF_OPEN, folder.Path("slp.conf"), kAgentName + "SetLocalScopes ")));
+  EXPECT_THAT(WaitedMilliseconds(), TwoToThreeSeconds());
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 
 #include <chrono>
 #include <future>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "service_fixture.h"
+#include "support/allocation_failure.h"
 
 namespace kelsd {
 namespace {
@@ -99,6 +101,15 @@ TEST_F(SlpdControl, WaitsForAStopThatIsUnderWayBeforeItStarts) {
               ElementsAre("OpenSCManager(0x20000)", "OpenService(slpd,0x14)", "Query=3", "Query=3", "Query=3",
                           "Query=1", "StartService", "Query=4", "CloseService", "CloseManager"));
   EXPECT_THAT(clock.Sleeps(), ElementsAre(2000U, 2000U));
+}
+
+TEST_F(SlpdControl, StartsNothingWhileAStopThatIsUnderWayDoesNotEnd) {
+  services.Upcoming({{.current_state = kServiceStopPending}});
+  EXPECT_THAT(agent.StartSLPD(),
+              SameResult(SResult(SResult::ERR_SLPD_WAIT_TIMEOUT, "",
+                                 kAgentName + "StartSLPD " + kAgentName + "WaitForServiceStatusChange")));
+  EXPECT_THAT(services.Calls(), ElementsAre("OpenSCManager(0x20000)", "OpenService(slpd,0x14)", "Query=3",
+                                            "Query=3", "Query=3", "Query=3", "CloseService", "CloseManager"));
 }
 
 TEST_F(SlpdControl, StoppingAStoppedDaemonIsASuccess) {
@@ -334,6 +345,39 @@ TEST_F(SlpdControl, ARestartNamesItselfInEveryFailure) {
   EXPECT_THAT(agent.RestartSLPD(),
               SameResult(SResult(SResult::ERR_SLPD_START, "Refused: StartService.",
                                  kAgentName + "RestartSLPD " + kAgentName + "StartSLPD StartService")));
+}
+
+TEST_F(SlpdControl, TurnsExceptionsIntoResultsAndUndoesEverything) {
+  struct Row {
+    SResult (CKelSLPServiceImpl::*operation)();
+    std::string trail;
+  };
+  const std::vector<Row> rows{
+      {&CKelSLPServiceImpl::StartSLPD, "StartSLPD "},
+      {&CKelSLPServiceImpl::StopSLPD, "StopSLPD "},
+      {&CKelSLPServiceImpl::RestartSLPD, "RestartSLPD " + kAgentName + "StopSLPD "},
+      {&CKelSLPServiceImpl::EnsureSLPDIsRunning, "EnsureSLPDIsRunning " + kAgentName + "StartSLPD "},
+  };
+  services.SetState(kServiceStopPending);
+  clock.OnSleep([] { throw std::runtime_error("broken"); });
+  for (const Row& row : rows) {
+    EXPECT_THAT((agent.*row.operation)(),
+                SameResult(SResult(SResult::ERR_BASIC_API, "broken", kAgentName + row.trail)));
+    EXPECT_EQ(services.OpenHandles(), 0);
+    // Not locked.
+    EXPECT_THAT(std::async(std::launch::async, [&] { return IsRunning(); }).get(), SameResult(kSuccess));
+  }
+}
+
+TEST_F(SlpdControl, AQuestionSurvivesEveryFailedAllocation) {
+  bool running = false;
+  FailEachAllocation([&] { return agent.IsSLPDRunning(running); },
+                     [&](const SResult& result) {
+                       EXPECT_EQ(result.GetErrorCode(), SResult::ERR_OUT_OF_MEMORY);
+                       EXPECT_EQ(services.OpenHandles(), 0);
+                       EXPECT_FALSE(running);
+                     });
+  EXPECT_TRUE(running);
 }
 
 // Making sure that it runs.
