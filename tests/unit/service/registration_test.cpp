@@ -122,9 +122,30 @@ TEST_F(ScopeAdmission, ReadsAgainBeforeItChangesTheConfiguration) {
   // Somebody else has added the scope since the core was initialised.
   scripted_slp::SetFileProperty("net.slp.useScopes", "DEFAULT,TAMRO");
   EXPECT_THAT(Register(kUrl, 60, {"tamro"}), SameResult(kSuccess));
-  EXPECT_THAT(scripted_slp::Calls("SLPOpen"), SizeIs(5));
-  EXPECT_EQ(services.CountCalls("StartService"), 0U);
+  EXPECT_THAT(scripted_slp::CallsButProperties(),
+              ElementsAre("SLPParseSrvURL(service:x://10.0.0.1:80)",                               //
+                          "SLPClose(#2)", "SLPOpen(en,0)=#3", "SLPClose(#3)", "SLPOpen(en,0)=#4",  // reload
+                          "SLPClose(#4)", "SLPOpen(en,0)=#5",                                      //
+                          "SLPReg(#5,service:x://10.0.0.1:80,60,null,,1)", "SLPClose(#5)",         //
+                          "SLPOpen(en,0)=#6", "SLPClose(#6)", "SLPOpen(en,0)=#7"));
+  EXPECT_EQ(services.CountCalls("StartService") + services.CountCalls("ControlService"), 0U);
   EXPECT_EQ(folder.Read("slp.conf"), "");
+}
+
+TEST_F(ScopeAdmission, FollowsAnInitialisationForANewVariable) {
+  scripted_slp::RemoveProperty("net.slp.EnvConfigFile");
+  Next(Function::kOpen, scripted_slp::Runs([this] { UseConfigFile(folder.Path("slp.conf")); }));
+  EXPECT_THAT(Register(kUrl, 60, {"tamro"}), SameResult(kSuccess));
+  EXPECT_THAT(
+      scripted_slp::CallsButProperties(),
+      ElementsAre("SLPClose(#2)", "SLPOpen(en,0)=#3", "SLPClose(#3)", "SLPOpen(en,0)=#4",  // new variable
+                  "SLPParseSrvURL(service:x://10.0.0.1:80)",                               //
+                  "SLPClose(#4)", "SLPOpen(en,0)=#5", "SLPClose(#5)", "SLPOpen(en,0)=#6",  // reload
+                  "SLPClose(#6)", "SLPOpen(en,0)=#7", "SLPClose(#7)", "SLPOpen(en,0)=#8",  // restarted
+                  "SLPClose(#8)", "SLPOpen(en,0)=#9",                                      //
+                  "SLPReg(#9,service:x://10.0.0.1:80,60,null,,1)", "SLPClose(#9)",         //
+                  "SLPOpen(en,0)=#10", "SLPClose(#10)", "SLPOpen(en,0)=#11"));
+  EXPECT_EQ(folder.Read("slp.conf"), "net.slp.useScopes = DEFAULT,TAMRO\r\n");
 }
 
 TEST_F(ScopeAdmission, ReportsAFailedReload) {
@@ -199,6 +220,19 @@ TEST_F(Registration, TheSecondRegistrationOfAUrlReplacesTheFirst) {
               ElementsAre(std::pair(
                   kUrl, SRegisteredService{kUrl, 90, {{"x-b", "2"}}, {}, FakeClock::kStart + 9, 0})));
   EXPECT_EQ(timers.Periods(), std::vector<std::uint32_t>{2000});
+}
+
+TEST_F(Registration, ThatFailsLeavesTheFormerOneOfTheUrlAsItWas) {
+  EXPECT_THAT(agent.RegisterService(kUrl, 30, {{"x-a", "1"}}, {"default"}), SameResult(kSuccess));
+  const auto before = agent.GetRegisteredServices();
+  clock.AdvanceSeconds(9);
+  const auto register_again = [&] { return agent.RegisterService(kUrl, 90, {{"x-b", "2"}}, {}); };
+  Next(Function::kReg, Returns(SLP_SCOPE_NOT_SUPPORTED));
+  EXPECT_THAT(register_again(), SameResult(SResult(SResult::ERR_SCOPE_NOT_SUPPORTED, "", kName + " SLPReg")));
+  EXPECT_EQ(agent.GetRegisteredServices(), before);
+  CKelSLPImpl::Shutdown();
+  EXPECT_THAT(register_again(), SameResult(SResult(SResult::ERR_NOT_INITIALIZED, "", kName)));
+  EXPECT_EQ(agent.GetRegisteredServices(), before);
 }
 
 TEST_F(Registration, UrlsAreComparedExactly) {
@@ -388,6 +422,13 @@ TEST_F(Registration, TellsOfBothWhenTheInitialisationFails) {
   EXPECT_FALSE(CKelSLPImpl::IsInitialized());
 }
 
+TEST_F(Registration, AnExceptionOfTheInitialisationIsTheWholeResult) {
+  scripted_slp::SetFileProperty("net.slp.EnvConfigFile", "elsewhere");
+  Next(Function::kOpen, scripted_slp::Throws(std::runtime_error("broken")));
+  EXPECT_THAT(Register(), SameResult(SResult(SResult::ERR_BASIC_API, "broken", kName + " ")));
+  EXPECT_FALSE(CKelSLPImpl::IsInitialized());
+}
+
 TEST_F(Registration, ReportsOtherProblemsOfTheFileAsTheyAre) {
   ClearEnvironment("OpenSLPConfig");
   EXPECT_THAT(Register(),
@@ -420,6 +461,13 @@ TEST_F(ReRegistration, AdmitsNoScopesAndKeepsNothing) {
   EXPECT_EQ(services.CountCalls("StartService") + services.CountCalls("ControlService"), 0U);
   EXPECT_THAT(RegisteredUrls(), IsEmpty());
   EXPECT_THAT(timers.Periods(), IsEmpty());
+}
+
+TEST_F(ReRegistration, WithoutScopesLeavesTheResidentHandle) {
+  EXPECT_THAT(ReRegister(), SameResult(kSuccess));
+  EXPECT_THAT(scripted_slp::CallsButProperties(),
+              ElementsAre("SLPParseSrvURL(service:x://10.0.0.1:80)", "SLPEscape(1,0)", "SLPOpen(en,0)=#3",
+                          "SLPReg(#3,service:x://10.0.0.1:80,60,null,(x-a=1),1)", "SLPClose(#3)"));
 }
 
 TEST_F(ReRegistration, NamesItselfInEveryFailure) {
