@@ -9,6 +9,7 @@
 
 #include "kelsd/CKelSLPService.h"
 #include "kelsd/CKelServiceTypeZDREST.h"
+#include "service/service_impl.h"
 #include "support/core_fixture.h"
 #include "support/fake_platform/environment.h"
 
@@ -51,27 +52,38 @@ TEST_F(ServiceFacade, EveryRegistrationNeedsAnInitialisedCore) {
 
 TEST_F(ServiceFacade, ForwardsToTheAgent) {
   InitializeCore();
-  EXPECT_EQ(CKelSLPService::RegisterService("service:x://a", 60, std::map<std::string, std::string>{}, {}),
-            SResult::ERR_ENV_NOT_SET);
-  EXPECT_EQ(CKelSLPService::DeregisterService("service:x://a"), SResult::ERR_ENV_NOT_SET);
-  EXPECT_EQ(CKelSLPService::DeregisterService(SomeType()), SResult::ERR_ENV_NOT_SET);
-  EXPECT_EQ(CKelSLPService::SetSLPServiceConfig(CKelSLPServiceConfig()), SResult::ERR_ENV_NOT_SET);
+  const auto advice = [](const std::string& trail) {
+    return SameResult(
+        SResult(SResult::ERR_ENV_NOT_SET,
+                "Create an environment variable with name 'OpenSLPConfig' that contains the path to the SLP "
+                "configuration file e.g. '" +
+                    CKelSLPServiceImpl::Instance().GetDefaultEnvConfigFileName() + "'.",
+                kAgent + trail + " " + kAgent + "GetSLPEnvConfigFileName"));
+  };
+  const std::string validate = " " + kAgent + "ValidateSLPEnvironmentConfigFile";
+  EXPECT_THAT(CKelSLPService::RegisterService("service:x://a", 60, std::map<std::string, std::string>{}, {}),
+              advice("RegisterService" + validate));
+  EXPECT_THAT(CKelSLPService::DeregisterService("service:x://a"), advice("DeregisterService" + validate));
+  EXPECT_THAT(CKelSLPService::DeregisterService(SomeType()), advice("DeregisterService" + validate));
+  EXPECT_THAT(CKelSLPService::SetSLPServiceConfig(CKelSLPServiceConfig()),
+              advice("SetSLPServiceConfig " + kAgent + "SetSLPServiceConfigInternal"));
   CKelSLPServiceConfig config;
   std::vector<SResult> errors;
-  EXPECT_EQ(CKelSLPService::GetSLPServiceConfig(config, errors), SResult::ERR_ENV_NOT_SET);
+  EXPECT_THAT(CKelSLPService::GetSLPServiceConfig(config, errors), advice("GetSLPServiceConfig" + validate));
   EXPECT_THAT(CKelSLPService::SetRegistrationCheckInterval(0),
               SameResult(SResult(SResult::ERR_INVALID_PARAMETER,
                                  "Service registration check interval must be greater than zero (0).",
                                  kAgent + "SetRegistrationCheckInterval")));
-  EXPECT_EQ(CKelSLPService::SetRegistrationCheckInterval(500), SResult::ERR_SUCCESS);
+  EXPECT_THAT(CKelSLPService::SetRegistrationCheckInterval(500), SameResult(kSuccess));
   CKelSLPService::SetReRegistrationFailedCallback([](const std::string&, const SResult&) {});
   CKelSLPService::SetReRegistrationFailedCallback(nullptr);
 }
 
 TEST_F(ServiceFacade, LetsNoExceptionOut) {
   InitializeCore();
-  EXPECT_EQ(CKelSLPService::RegisterService(BrokenType()), SResult::ERR_OUT_OF_MEMORY);
-  EXPECT_EQ(CKelSLPService::DeregisterService(BrokenType()), SResult::ERR_OUT_OF_MEMORY);
+  const SResult out_of_memory(SResult::ERR_OUT_OF_MEMORY, "std::bad_alloc");
+  EXPECT_THAT(CKelSLPService::RegisterService(BrokenType()), SameResult(out_of_memory));
+  EXPECT_THAT(CKelSLPService::DeregisterService(BrokenType()), SameResult(out_of_memory));
 }
 
 }  // namespace
