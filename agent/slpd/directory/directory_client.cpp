@@ -88,7 +88,7 @@ void DirectoryClient::Apply(const DirectoryClientSettings& settings, Instant now
 }
 
 void DirectoryClient::OnRegistration(RegistrationEvent event, const RegistrationView& registration) {
-  if (registration.source == RegistrationSource::kAgent) {
+  if (registration.source == RegistrationSource::kAgent || leaving_) {
     return;
   }
   for (auto& [address, agent] : agents_) {
@@ -120,7 +120,7 @@ void DirectoryClient::OnRegistration(RegistrationEvent event, const Registration
 void DirectoryClient::OnAdvertisement(const Message& message, const RequestOrigin& origin, Instant now) {
   const auto& advert = std::get<DaAdvert>(message.body);
   Agent* const agent = Find(origin.address);
-  if (!WantsAdvertisement(message, origin, agent)) {
+  if (leaving_ || !WantsAdvertisement(message, origin, agent)) {
     return;
   }
   if (discovery_.Answers(message.header.xid)) {
@@ -311,10 +311,11 @@ void DirectoryClient::Emit(const Agent& agent, const Outstanding& outstanding) {
 
 // 1. What is registered now is registered there with the seconds that it has left, in those of its scopes
 // that the agent serves (RFC 2608 section 8.3).
-// 2. What has gone is deregistered, unless the URL is registered again.
+// 2. What has gone is deregistered, unless the URL is registered again; at the end all goes.
 std::optional<Message> DirectoryClient::MessageFor(const Agent& agent, const RegistrationQueue::Job& job,
                                                    Instant now) {
-  const std::optional<RegistrationView> registered = registry_.Find(job.url, job.language);
+  const std::optional<RegistrationView> registered =
+      leaving_ ? std::nullopt : registry_.Find(job.url, job.language);
   Message message;
   message.header.xid = NewXid();
   message.header.language = job.language;
@@ -331,7 +332,7 @@ std::optional<Message> DirectoryClient::MessageFor(const Agent& agent, const Reg
                           .authentication = {}};
     return message;
   }
-  if (!job.deregister || registry_.Knows(job.url)) {
+  if (!job.deregister || (!leaving_ && registry_.Knows(job.url))) {
     return std::nullopt;
   }
   const auto scopes = Common(SplitStringList(*job.deregister), agent.scopes);
@@ -357,11 +358,11 @@ void DirectoryClient::Lose(const std::string& address, const std::string& reason
   Agent& agent = agents_.at(address);
   if (agent.known) {
     wire_.Tell(false, "directory agent " + address + " " + reason);
-    if (settings_.active && settings_.interval > Seconds(0)) {
+    if (!leaving_ && settings_.active && settings_.interval > Seconds(0)) {
       discovery_.Plan(now + RandomWait());
     }
   }
-  if (!agent.configured) {
+  if (!agent.configured || leaving_) {
     agents_.erase(address);
     return;
   }
@@ -393,27 +394,31 @@ std::optional<Instant> DirectoryClient::NextDue(Instant now) const {
   return next;
 }
 
-void DirectoryClient::Leave() {
+// Agents are told in the order in which they are told of everything else, one service after the other, each
+// acknowledged; what an agent has not been told of yet needs no telling.
+void DirectoryClient::Leave(Instant now) {
+  leaving_ = true;
+  discovery_.Stop();
+  std::erase_if(agents_, [](const auto& entry) { return !entry.second.known; });
   for (auto& [address, agent] : agents_) {
-    if (!agent.known) {
-      continue;
-    }
-    registry_.ForEach([&, &known = agent](const RegistrationView& registration) {
-      const auto scopes = Common(SplitStringList(registration.scopes), known.scopes);
-      if (registration.source == RegistrationSource::kAgent || scopes.empty()) {
-        return;
+    agent.queue.Clear();
+    agent.outstanding.reset();
+    agent.ask_at.reset();
+    agent.refresh_at.reset();
+    agent.register_from = now;
+    registry_.ForEach([&, &queue = agent.queue](const RegistrationView& registration) {
+      if (registration.source != RegistrationSource::kAgent) {
+        queue.Deregister(registration.url, registration.language, registration.scopes);
       }
-      Message message;
-      message.header.xid = NewXid();
-      message.header.language = registration.language;
-      message.body = SrvDereg{
-          .scopes = JoinStringList(scopes), .url = {0, std::string(registration.url), {}}, .tags = {}};
-      wire_.Send(known.peer, message);
     });
   }
-  agents_.clear();
-  discovery_.Stop();
-  applied_ = false;
+  Tick(now);
+}
+
+bool DirectoryClient::left() const {
+  return std::all_of(agents_.begin(), agents_.end(), [](const auto& entry) {
+    return !entry.second.outstanding && entry.second.queue.empty();
+  });
 }
 
 std::vector<std::string> DirectoryClient::Serving(const std::vector<std::string>& scopes) const {

@@ -52,8 +52,11 @@ class DirectoryClient {
   /// When Tick has something to do; none: never.
   std::optional<Instant> NextDue(Instant now) const;
 
-  /// The daemon ends: tells every agent once, without waiting for an answer, that the own services are gone.
-  void Leave();
+  /// The daemon ends: from now on nothing is done but telling every agent that the own services are gone.
+  void Leave(Instant now);
+
+  /// Whether, after Leave, every agent has acknowledged that, or has been given up.
+  bool left() const;
 
   /// The URLs of the known agents that serve one of the scopes, of all for no scopes.
   std::vector<std::string> Serving(const std::vector<std::string>& scopes) const;
@@ -104,6 +107,7 @@ class DirectoryClient {
   Random random_;
   DirectoryClientSettings settings_;
   bool applied_ = false;
+  bool leaving_ = false;
   Discovery discovery_;
   std::map<std::string, Agent> agents_;  ///< by address
 };

@@ -104,8 +104,7 @@ ExitStatus Daemon::Run() {
 void Daemon::OnStop() {
   supervisor_.OnEnding();
   log_.Write(LogKind::kState, "slpd: asked to end");
-  server_.Stop();
-  io_.stop();
+  server_.End([this] { io_.stop(); });
 }
 
 void Daemon::OnReload() {

@@ -36,8 +36,7 @@ DirectoryTraffic::~DirectoryTraffic() {
 
 void DirectoryTraffic::Apply(const AgentSettings& settings, const Properties& properties, Instant now) {
   if (advertiser_.running() && !settings.directory_agent) {
-    Advertise(true);
-    advertiser_.Stop();
+    SayFarewell();
   }
   settings_ = settings;
   broadcast_only_ = properties.GetBool("net.slp.isBroadcastOnly");
@@ -78,8 +77,7 @@ std::optional<Instant> DirectoryTraffic::NextDue(Instant now) const {
   return Earlier(advertiser_.NextDue(), client_.NextDue(now));
 }
 
-void DirectoryTraffic::Leave() {
-  client_.Leave();
+void DirectoryTraffic::SayFarewell() {
   if (advertiser_.running()) {
     Advertise(true);
     advertiser_.Stop();

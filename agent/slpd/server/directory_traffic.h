@@ -55,8 +55,14 @@ class DirectoryTraffic : private DirectoryWire {
   /// When Tick has something to do; none: never.
   std::optional<Instant> NextDue(Instant now) const;
 
-  /// The daemon ends: says so to everybody.
-  void Leave();
+  /// The daemon is about to end: has the own services deregistered.
+  void Leave(Instant now) { client_.Leave(now); }
+
+  /// Whether they are, after Leave.
+  bool left() const { return client_.left(); }
+
+  /// The daemon ends: a directory agent says so.
+  void SayFarewell();
 
   std::vector<std::string> KnownAgents(const std::vector<std::string>& scopes) const {
     return client_.Serving(scopes);

@@ -1,6 +1,7 @@
 #include "slpd/server/server.h"
 
 #include <algorithm>
+#include <asio/post.hpp>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -10,6 +11,9 @@
 
 namespace slp {
 namespace {
+
+// How long directory agents may take to acknowledge that the services of this host are gone.
+constexpr std::chrono::seconds kLongestEnd{2};
 
 // How long the list of the host's addresses is trusted while requests come in.
 constexpr std::chrono::seconds kInterfacesStayFor{5};
@@ -80,7 +84,8 @@ Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimi
                          [this](std::span<const std::uint8_t> message, const Sender& sender) {
                            OnMessage(message, sender);
                          }),
-      timer_(io) {}
+      timer_(io),
+      end_timer_(io) {}
 
 Server::~Server() {
   Stop();
@@ -161,9 +166,36 @@ void Server::FollowInterfaces() {
   }
 }
 
+void Server::End(std::function<void()> ended) {
+  const bool again = ended_ != nullptr;
+  ended_ = std::move(ended);
+  if (!again) {
+    address_watch_.reset();
+    directory_traffic_.Leave(clock_());
+    end_timer_.expires_after(kLongestEnd);
+    end_timer_.async_wait([this](const asio::error_code& error) {
+      if (!error) {
+        FinishEnd();
+      }
+    });
+    Settle();
+  }
+  if (again || directory_traffic_.left()) {
+    FinishEnd();
+  }
+}
+
+void Server::FinishEnd() {
+  if (const auto ended = std::exchange(ended_, nullptr)) {
+    Stop();
+    ended();
+  }
+}
+
 void Server::Stop() {
   address_watch_.reset();
-  directory_traffic_.Leave();
+  end_timer_.cancel();
+  directory_traffic_.SayFarewell();
   listeners_.Close();
   timer_.cancel();
   armed_for_.reset();
@@ -179,7 +211,7 @@ std::optional<Bytes> Server::OnMessage(std::span<const std::uint8_t> message, co
   std::optional<Bytes> reply;
   if (DirectoryTraffic::Wants(message)) {
     TakeReply(message, OriginOf(sender));
-  } else {
+  } else if (ended_ == nullptr) {
     reply = handler_->Handle(message, OriginOf(sender), clock_());
   }
   Settle();
@@ -225,6 +257,10 @@ void Server::Settle() {
   ReviewProcesses();
   directory_traffic_.Tick(clock_());
   ArmTimer();
+  if (ended_ != nullptr && directory_traffic_.left()) {
+    // By way of the loop: whoever is at work here still uses the sockets.
+    asio::post(io_, [this] { FinishEnd(); });
+  }
 }
 
 void Server::ArmTimer() {

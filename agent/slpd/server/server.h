@@ -51,6 +51,11 @@ class Server : private MessageReceiver {
   /// sockets change only where interfaces or port do.
   [[nodiscard]] bool Reload(const Configuration& configuration, std::string& reason);
 
+  /// Takes no requests any more, has the own services deregistered with directory agents as long as a moment
+  /// allows, stops, and calls `ended`: from within, when there is nothing to wait for. A second call doesn't
+  /// wait.
+  void End(std::function<void()> ended);
+
   /// Says farewell, where it is a directory agent, and closes all sockets.
   void Stop();
 
@@ -83,6 +88,7 @@ class Server : private MessageReceiver {
   RequestOrigin OriginOf(const Sender& sender);
   const std::vector<Interface>& HostInterfaces();
   void Settle();
+  void FinishEnd();
   void ArmTimer();
   void ReviewProcesses();
   void OnProcessEnded(std::uint32_t process_id);
@@ -103,6 +109,8 @@ class Server : private MessageReceiver {
   std::unique_ptr<RequestHandler> handler_;
   Configuration configuration_;
   asio::steady_timer timer_;
+  asio::steady_timer end_timer_;
+  std::function<void()> ended_;
   std::optional<Instant> armed_for_;
   std::vector<Interface> host_interfaces_;
   std::optional<Instant> host_interfaces_since_;

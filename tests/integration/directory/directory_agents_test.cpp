@@ -7,6 +7,7 @@ namespace slp::integration {
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::Lt;
 
 constexpr const char* kDirectory = "127.0.0.3";
@@ -121,7 +122,7 @@ TEST_F(DirectoryTest, ADirectoryAgentIsAServiceAgentToo) {
               ElementsAre("service:directory-agent://127.0.0.2", "service:directory-agent://127.0.0.4"));
 }
 
-TEST_F(DirectoryTest, AThousandServicesComeToADirectoryAgent) {
+TEST_F(DirectoryTest, AThousandServicesComeToADirectoryAgentAndGo) {
   std::string registrations;
   constexpr int kServices = 1000;
   for (int i = 0; i < kServices; ++i) {
@@ -132,6 +133,8 @@ TEST_F(DirectoryTest, AThousandServicesComeToADirectoryAgent) {
   const std::vector<std::string> all = FindAt(kOwn, "service:x");
   EXPECT_EQ(all.size(), static_cast<std::size_t>(kServices));
   EXPECT_TRUE(ComesToHave(kDirectory, "service:x", all)) << own->Log();
+  EXPECT_EQ(own->Stop(), 0);
+  EXPECT_THAT(FindAt(kDirectory, "service:x"), IsEmpty());
 }
 
 }  // namespace

@@ -460,10 +460,28 @@ TEST_F(DirectoryClientTest, TakesItsServicesAlong) {
   ApplyPassive();
   Register("service:x://1", {"DEFAULT", "TAMRO"});
   Register("service:x://2", {"DEFAULT"}, "", RegistrationSource::kAgent);
+  Register("service:x://3");
   Hear("10.0.0.5");
   wire_.Take();
-  client_.Leave();
+  client_.Leave(now_);
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT"));
+  EXPECT_FALSE(client_.left());
+  Acknowledge("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://3 DEFAULT"));
+  Hear("10.0.0.6");
+  EXPECT_FALSE(client_.left());
+  Acknowledge("10.0.0.5", Error::kInvalidRegistration);
+  EXPECT_TRUE(client_.left());
+  EXPECT_EQ(client_.NextDue(now_), std::nullopt);
+}
+
+TEST_F(DirectoryClientTest, DoesNotWaitForAnAgentThatIsGone) {
+  ApplyPassive();
+  Register("service:x://1");
+  Hear("10.0.0.5");
+  client_.Leave(now_);
+  Advance(Instant(1250));
+  EXPECT_TRUE(client_.left());
   EXPECT_EQ(client_.NextDue(now_), std::nullopt);
 }
 
