@@ -16,20 +16,26 @@ namespace kelsd {
 /// outputs are replaced only on success. The arguments are those of CKelSLPClient.
 class CKelSLPClientImpl {
  public:
-  static SResult FindServices(std::vector<SKelServiceSearchResult>& results, const std::string& serviceType,
-                              const std::vector<std::string>& scopes, const std::string& searchFilter,
-                              const std::string& address);
-  static SResult FindServices(std::vector<SKelServiceSearchResult>& results, const IKelServiceType& type,
-                              const std::string& searchFilter, const std::string& address);
+  [[nodiscard]] static SResult FindServices(std::vector<SKelServiceSearchResult>& results,
+                                            const std::string& serviceType,
+                                            const std::vector<std::string>& scopes,
+                                            const std::string& searchFilter, const std::string& address);
+  [[nodiscard]] static SResult FindServices(std::vector<SKelServiceSearchResult>& results,
+                                            const IKelServiceType& type, const std::string& searchFilter,
+                                            const std::string& address);
 
-  static SResult FindAttributes(SKelServiceAttributeSearchResult& result, const std::string& serviceURL,
-                                const std::vector<std::string>& tags, const std::vector<std::string>& scopes,
-                                const std::string& address);
-  static SResult FindAttributes(SKelServiceAttributeSearchResult& result, const std::string& serviceURL,
-                                const std::vector<IKelServiceType::EAttr>& tags,
-                                const std::vector<std::string>& scopes, const std::string& address);
-  static SResult FindAttributes(SKelServiceAttributeSearchResult& result, const IKelServiceType& type,
-                                const std::string& address);
+  [[nodiscard]] static SResult FindAttributes(SKelServiceAttributeSearchResult& result,
+                                              const std::string& serviceURL,
+                                              const std::vector<std::string>& tags,
+                                              const std::vector<std::string>& scopes,
+                                              const std::string& address);
+  [[nodiscard]] static SResult FindAttributes(SKelServiceAttributeSearchResult& result,
+                                              const std::string& serviceURL,
+                                              const std::vector<IKelServiceType::EAttr>& tags,
+                                              const std::vector<std::string>& scopes,
+                                              const std::string& address);
+  [[nodiscard]] static SResult FindAttributes(SKelServiceAttributeSearchResult& result,
+                                              const IKelServiceType& type, const std::string& address);
 };
 
 }  // namespace kelsd

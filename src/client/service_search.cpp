@@ -61,7 +61,7 @@ SResult CKelSLPClientImpl::FindServices(std::vector<SKelServiceSearchResult>& re
       return found;
     }
     for (SKelServiceSearchResult& service : replies.services) {
-      CKelSLPImpl::ParseServiceURL(service, service.URL);
+      [[maybe_unused]] const SResult split = CKelSLPImpl::ParseServiceURL(service, service.URL);
     }
     std::sort(replies.services.begin(), replies.services.end());
     results = std::move(replies.services);

@@ -10,11 +10,11 @@ namespace kelsd {
 /// The callback of SLPReg and SLPDereg: stores the code in the SLPError that `cookie` points to.
 void SLPCALLBACK StoreReportedCode(SLPHandle handle, SLPError code, void* cookie);
 
-SResult::EError MapRegistrationError(SLPError code);
-SResult::EError MapDeregistrationError(SLPError code);
+[[nodiscard]] SResult::EError MapRegistrationError(SLPError code);
+[[nodiscard]] SResult::EError MapDeregistrationError(SLPError code);
 
 /// The result of a call of SLPReg or SLPDereg that returned one code and reported another to its callback.
-SResult RegistrationResult(SLPError returned, SLPError reported);
-SResult DeregistrationResult(SLPError returned, SLPError reported);
+[[nodiscard]] SResult RegistrationResult(SLPError returned, SLPError reported);
+[[nodiscard]] SResult DeregistrationResult(SLPError returned, SLPError reported);
 
 }  // namespace kelsd

@@ -65,36 +65,37 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
 
   /// Registers a service and keeps it registered until DeregisterService. Adds scopes that the daemon doesn't
   /// serve yet to its configuration and restarts it then.
-  SResult RegisterService(const std::string& url, unsigned short lifetime,
-                          const std::map<std::string, std::string>& attributes,
-                          const std::vector<std::string>& scopes);
+  [[nodiscard]] SResult RegisterService(const std::string& url, unsigned short lifetime,
+                                        const std::map<std::string, std::string>& attributes,
+                                        const std::vector<std::string>& scopes);
   /// Registers a service once more, without a change of the configuration or of what is kept registered.
-  SResult ReRegisterService(const std::string& url, unsigned short lifetime,
-                            const std::map<std::string, std::string>& attributes,
-                            const std::vector<std::string>& scopes);
+  [[nodiscard]] SResult ReRegisterService(const std::string& url, unsigned short lifetime,
+                                          const std::map<std::string, std::string>& attributes,
+                                          const std::vector<std::string>& scopes);
   /// The service is no longer kept registered, also when this fails after the URL was found to be one.
-  SResult DeregisterService(const std::string& url);
+  [[nodiscard]] SResult DeregisterService(const std::string& url);
   /// What is kept registered now, by URL.
   std::map<std::string, SRegisteredService> GetRegisteredServices();
 
   // Renewal.
 
-  SResult SetRegistrationCheckInterval(int intervalMs);
+  [[nodiscard]] SResult SetRegistrationCheckInterval(int intervalMs);
   void SetReRegistrationFailedCallback(std::function<void(std::string, SResult)> callback);
   /// One pass over the registered services: renews those that are due, or with `force` all of them. What it
-  /// gave up is reported when m_serviceLock is left, by a forced pass, or else only queued: the timer delivers
-  /// it after its tick. Does nothing while another thread holds m_serviceLock or a registration is under way.
+  /// gave up is reported when m_serviceLock is left, by a forced pass, or else only queued: the timer
+  /// delivers it after its tick. Does nothing while another thread holds m_serviceLock or a registration is
+  /// under way.
   void CheckRegistrations(bool force);
 
   // Control of the daemon.
 
-  SResult StartSLPD();
-  SResult StopSLPD();
-  SResult RestartSLPD();
-  SResult IsSLPDRunning(bool& running);
-  SResult EnsureSLPDIsRunning();
+  [[nodiscard]] SResult StartSLPD();
+  [[nodiscard]] SResult StopSLPD();
+  [[nodiscard]] SResult RestartSLPD();
+  [[nodiscard]] SResult IsSLPDRunning(bool& running);
+  [[nodiscard]] SResult EnsureSLPDIsRunning();
   /// When the daemon's process was created, in whole seconds since 1970-01-01 UTC. Takes no lock.
-  SResult GetSLPDStartTimestamp(std::int64_t& startTime);
+  [[nodiscard]] SResult GetSLPDStartTimestamp(std::int64_t& startTime);
 
   // Location of the configuration file. The caller holds the core lock or relies on the SLP library alone.
 
@@ -103,48 +104,51 @@ class CKelSLPServiceImpl : public CKelSLPImpl {
   /// The main configuration file.
   std::string GetSLPConfigFileName();
   /// The file that the environment variable "OpenSLPConfig" names.
-  SResult GetSLPEnvConfigFileName(std::string& fileName);
+  [[nodiscard]] SResult GetSLPEnvConfigFileName(std::string& fileName);
   /// Creates this file, empty, with its folders when it doesn't exist: the part of the following validation
   /// that reads no properties, which would load those of the file as it is.
-  SResult CreateMissingConfigFile(const std::string& fileName);
+  [[nodiscard]] SResult CreateMissingConfigFile(const std::string& fileName);
   /// Makes sure that this file exists and that the SLP library uses it.
-  SResult ValidateSLPEnvironmentConfigFile();
+  [[nodiscard]] SResult ValidateSLPEnvironmentConfigFile();
 
   // The daemon's settings. Names that end in "Internal" expect the caller to hold the core lock.
 
-  SResult GetSLPServiceConfig(CKelSLPServiceConfig& config, std::vector<SResult>& errors);
-  SResult SetSLPServiceConfig(const CKelSLPServiceConfig& config);
-  SResult GetSLPServiceConfigFromFileInternal(CKelSLPServiceConfig& config, std::vector<SResult>& errors);
-  SResult SetSLPServiceConfigInternal(const CKelSLPServiceConfig& config);
-  SResult SetLocalScopes(const std::vector<std::string>& scopes);
+  [[nodiscard]] SResult GetSLPServiceConfig(CKelSLPServiceConfig& config, std::vector<SResult>& errors);
+  [[nodiscard]] SResult SetSLPServiceConfig(const CKelSLPServiceConfig& config);
+  [[nodiscard]] SResult GetSLPServiceConfigFromFileInternal(CKelSLPServiceConfig& config,
+                                                            std::vector<SResult>& errors);
+  [[nodiscard]] SResult SetSLPServiceConfigInternal(const CKelSLPServiceConfig& config);
+  [[nodiscard]] SResult SetLocalScopes(const std::vector<std::string>& scopes);
 
  private:
   enum class RegistrationKind { kNew, kRenewal };
 
   // Registration.
   /// Registers, with both locks held, what `registration` copies together.
-  SResult RegisterLocked(const char* name, RegistrationKind kind,
-                         const std::function<SRegisteredService()>& registration);
+  [[nodiscard]] SResult RegisterLocked(const char* name, RegistrationKind kind,
+                                       const std::function<SRegisteredService()>& registration);
   // The caller holds m_serviceLock and, but for a deregistration, the core lock exclusively.
-  SResult RegistrationBody(RegistrationKind kind, const SRegisteredService& service);
-  SResult DeregistrationBody(const std::string& url);
-  SResult AdmitScopes(const std::vector<std::string>& scopes);
+  [[nodiscard]] SResult RegistrationBody(RegistrationKind kind, const SRegisteredService& service);
+  [[nodiscard]] SResult DeregistrationBody(const std::string& url);
+  [[nodiscard]] SResult AdmitScopes(const std::vector<std::string>& scopes);
   void StoreRegisteredService(SRegisteredService service);
   /// `reinitialize` answers a file that the SLP library doesn't use yet.
-  SResult ValidateOrReInitialize(const std::function<SResult()>& reinitialize);
+  [[nodiscard]] SResult ValidateOrReInitialize(const std::function<SResult()>& reinitialize);
 
   // Renewal.
   void StartTimer() noexcept;
   void TimerTick();
 
   // Control of the daemon; the caller holds m_serviceLock.
-  SResult StartBody();
-  SResult StopBody();
-  SResult OpenServiceHandles(ServiceHandles& handles, std::uint32_t serviceAccess);
-  SResult GetServiceStatus(platform::ServiceStatus& status, platform::ServiceManager::Handle service);
+  [[nodiscard]] SResult StartBody();
+  [[nodiscard]] SResult StopBody();
+  [[nodiscard]] SResult OpenServiceHandles(ServiceHandles& handles, std::uint32_t serviceAccess);
+  [[nodiscard]] SResult GetServiceStatus(platform::ServiceStatus& status,
+                                         platform::ServiceManager::Handle service);
   /// Waits while the service stays in `state`; `status` is what it said last.
-  SResult WaitForServiceStatusChange(platform::ServiceStatus& status, platform::ServiceState state,
-                                     platform::ServiceManager::Handle service);
+  [[nodiscard]] SResult WaitForServiceStatusChange(platform::ServiceStatus& status,
+                                                   platform::ServiceState state,
+                                                   platform::ServiceManager::Handle service);
 
   const ServicePlatform m_platform;
 

@@ -31,19 +31,19 @@ class CKelSLPImpl {
 
   /// Opens the resident handle, takes the snapshot of the properties and applies the cached client
   /// configuration. Does nothing when the core is initialised. Waits for running searches.
-  static SResult Initialize();
+  [[nodiscard]] static SResult Initialize();
   static bool IsInitialized();
   /// Initialises again, after forgetting the cached client configuration if `clearClientConfig` says so. When
   /// it fails the core is no longer initialised. Waits for running searches.
-  static SResult ReInitialize(bool clearClientConfig);
+  [[nodiscard]] static SResult ReInitialize(bool clearClientConfig);
   /// Closes the resident handle and forgets the cached client configuration. For a host that unloads the
   /// library.
   static void Shutdown();
 
   static bool IsInitializedUnlocked();
   static void CloseResidentHandleUnlocked();
-  static SResult InitializeInternal();
-  static SResult ReInitializeInternal(bool clearClientConfig);
+  [[nodiscard]] static SResult InitializeInternal();
+  [[nodiscard]] static SResult ReInitializeInternal(bool clearClientConfig);
 
   /// The lock of the core: exclusive to change its state, shared for the whole of a search.
   static platform::ReaderWriterLock& CoreLock();
@@ -55,16 +55,16 @@ class CKelSLPImpl {
   // Handles.
 
   /// Opens a handle for one operation, in the language "en". The caller closes it with SLPClose.
-  static SResult OpenSLPHandle(SLPHandle& handle, bool async);
+  [[nodiscard]] static SResult OpenSLPHandle(SLPHandle& handle, bool async);
   /// Sends the next requests on `handle` by unicast to the address `ip`.
-  static SResult SLPHandleAssociateIP(SLPHandle handle, const std::string& ip);
+  [[nodiscard]] static SResult SLPHandleAssociateIP(SLPHandle handle, const std::string& ip);
 
   /// Runs `body`; a std::bad_alloc becomes ERR_OUT_OF_MEMORY, any other std::exception ERR_BASIC_API, the
   /// exception's text the detail.
   static SResult InvokeNoThrow(const std::function<SResult()>& body);
   /// Runs `body` as InvokeNoThrow does and puts `name` and a blank in front of the debug trail of a failure.
   template <typename Body>
-  static SResult InvokeNamed(const char* name, const Body& body) {
+  [[nodiscard]] static SResult InvokeNamed(const char* name, const Body& body) {
     const auto named = [&] {
       const SResult result = InvokeNoThrow(std::cref(body));
       return result.IsOk() ? SResult(SResult::ERR_SUCCESS) : result.PrependErrorDebug(name, " ");
@@ -77,38 +77,42 @@ class CKelSLPImpl {
   // Text rules. They need neither the lock nor an initialised core.
 
   /// Escapes or unescapes an attribute value (RFC 2608 section 5).
-  static SResult EscapeSLPCharacters(std::string& out, const std::string& in);
-  static SResult UnescapeSLPCharacters(std::string& out, const std::string& in);
+  [[nodiscard]] static SResult EscapeSLPCharacters(std::string& out, const std::string& in);
+  [[nodiscard]] static SResult UnescapeSLPCharacters(std::string& out, const std::string& in);
   /// Whether `tag`, as given, may name an attribute.
-  static SResult ValidateTag(const std::string& tag);
+  [[nodiscard]] static SResult ValidateTag(const std::string& tag);
   /// Whether `scope`, as given, may name a scope.
-  static SResult ValidateScope(const std::string& scope);
+  [[nodiscard]] static SResult ValidateScope(const std::string& scope);
   /// "a,b": the scopes as they are given, white space at their ends included.
-  static SResult CreateScopesList(std::string& list, const std::vector<std::string>& scopes);
+  [[nodiscard]] static SResult CreateScopesList(std::string& list, const std::vector<std::string>& scopes);
   /// "a,b": the trimmed tags; a tag that differs from an earlier one only in letter case is left out.
-  static SResult CreateAttributeTagsList(std::string& list, const std::vector<std::string>& tags);
+  [[nodiscard]] static SResult CreateAttributeTagsList(std::string& list,
+                                                       const std::vector<std::string>& tags);
   /// "(a=1),(b=2)" with escaped values; two tags that differ only in letter case are an error.
-  static SResult CreateSLPAttributeList(std::string& list,
-                                        const std::map<std::string, std::string>& attributes);
+  [[nodiscard]] static SResult CreateSLPAttributeList(std::string& list,
+                                                      const std::map<std::string, std::string>& attributes);
   /// The unescaped value of one attribute of `attributeList`.
-  static SResult ParseAttribute(std::string& value, const std::string& tag, const std::string& attributeList);
+  [[nodiscard]] static SResult ParseAttribute(std::string& value, const std::string& tag,
+                                              const std::string& attributeList);
 
   /// Splits `url` into the members of `result`; its URL and lifetime are the caller's to set. Needs neither
   /// the lock nor an initialised core.
-  static SResult ParseServiceURL(SKelServiceSearchResult& result, const std::string& url);
+  [[nodiscard]] static SResult ParseServiceURL(SKelServiceSearchResult& result, const std::string& url);
 
   // Properties. The caller holds the core lock.
 
-  static SResult GetSLPProperty(std::string& value, const std::string& key);
-  static SResult GetStringProperty(std::string& value, const CKelSLPConfig::EProperty& property);
-  static SResult GetBoolProperty(bool& value, const CKelSLPConfig::EProperty& property);
-  static SResult GetNumericProperty(int& value, const CKelSLPConfig::EProperty& property);
-  static SResult GetStringListProperty(std::vector<std::string>& value,
-                                       const CKelSLPConfig::EProperty& property);
-  static SResult GetTimeoutList(std::vector<int>& value, const CKelSLPConfig::EProperty& property);
-  static SResult ParseNumericProperty(int& value, const std::string& text);
+  [[nodiscard]] static SResult GetSLPProperty(std::string& value, const std::string& key);
+  [[nodiscard]] static SResult GetStringProperty(std::string& value,
+                                                 const CKelSLPConfig::EProperty& property);
+  [[nodiscard]] static SResult GetBoolProperty(bool& value, const CKelSLPConfig::EProperty& property);
+  [[nodiscard]] static SResult GetNumericProperty(int& value, const CKelSLPConfig::EProperty& property);
+  [[nodiscard]] static SResult GetStringListProperty(std::vector<std::string>& value,
+                                                     const CKelSLPConfig::EProperty& property);
+  [[nodiscard]] static SResult GetTimeoutList(std::vector<int>& value,
+                                              const CKelSLPConfig::EProperty& property);
+  [[nodiscard]] static SResult ParseNumericProperty(int& value, const std::string& text);
   /// At most six values; a blank piece or a zero ends the list.
-  static SResult ParseTimeoutsList(std::vector<int>& value, const std::string& text);
+  [[nodiscard]] static SResult ParseTimeoutsList(std::vector<int>& value, const std::string& text);
   /// Sets a property for this process until the properties are loaded again.
   static void SetSLPProperty(const CKelSLPConfig::EProperty& property, const std::string& value);
 
@@ -117,10 +121,10 @@ class CKelSLPImpl {
   /// Reads what the SLP library currently uses. `errors` is replaced by one entry for each property that
   /// could not be read, which then holds its default, followed by the values that the record rejected. Single
   /// failures don't make the call fail. Takes the core lock.
-  static SResult GetSLPClientConfig(CKelSLPClientConfig& config, std::vector<SResult>& errors);
+  [[nodiscard]] static SResult GetSLPClientConfig(CKelSLPClientConfig& config, std::vector<SResult>& errors);
   /// Keeps `config` in this process and initialises again, which applies it. Does nothing when it equals the
   /// one kept. Takes the core lock; waits for running searches.
-  static SResult SetSLPClientConfig(const CKelSLPClientConfig& config);
+  [[nodiscard]] static SResult SetSLPClientConfig(const CKelSLPClientConfig& config);
 
  private:
   struct State;

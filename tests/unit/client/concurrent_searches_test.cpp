@@ -162,7 +162,7 @@ TEST_F(ConcurrentSearches, EverythingAtOnce) {
   std::vector<std::jthread> threads;
   threads.emplace_back([] {
     for (int round = 0; round < kRounds; ++round) {
-      CKelSLPImpl::ReInitialize(round % 2 == 0);
+      EXPECT_THAT(CKelSLPImpl::ReInitialize(round % 2 == 0), SameResult(kSuccess));
     }
   });
   threads.emplace_back([] {
