@@ -112,6 +112,11 @@ constexpr PropertyInfo kCatalogue[] = {
 
     Number("net.slp.randomWaitBound", "1000", 0, kUnbounded, "longest random wait, in milliseconds"),
     Number("net.slp.MTU", "1400", 576, kLargestDatagram, "longest datagram, in bytes"),
+    Number("net.slp.replyRate", "500", 1, 1'000'000,
+           "whole UDP answers a second to one other host; what is more is sent on to TCP"),
+    List("net.slp.trustedNetworks", "",
+         "networks, as in 192.0.2.0/24, beyond the daemon's own that may be sent UDP answers longer than "
+         "their requests"),
     List("net.slp.interfaces", "", "addresses or names of the interfaces that are used; empty: all"),
     Text("net.slp.broadcastAddr", "255.255.255.255", "where broadcasts go"),
     Number("net.slp.port", "427", 1, 65535, "port of every agent"),

@@ -30,7 +30,8 @@ std::size_t ReplyLimit(std::size_t request_size, const RequestOrigin& origin, st
   if (origin.transport == Transport::kTcp) {
     return kMaximumMessageLength;
   }
-  return origin.own_host || origin.own_network ? mtu : std::min(mtu, request_size);
+  const bool trusted = origin.own_host || origin.own_network || origin.trusted_network;
+  return trusted ? mtu : std::min(mtu, request_size);
 }
 
 /// Whether a previous responder list names this agent; entries that are no addresses match none (RFC 2608
@@ -167,12 +168,32 @@ std::optional<Bytes> RequestHandler::Handle(std::span<const std::uint8_t> reques
   if (multicast && !std::visit(SaysSomething{}, reply.body)) {
     return drop(message ? "multicast: nothing to say" : "multicast and malformed");
   }
-  Result<Bytes> bytes = EncodeWithin(reply, limit);
+  Result<Bytes> bytes = EncodeFor(reply, origin, request.size(), now);
   if (!bytes) {
     return drop("no room for a reply");
   }
   events_.OnMessageOut(reply, origin, bytes->size());
   return std::move(bytes).value();
+}
+
+// A stream carries as much of the reply as a message can. A datagram carries the whole reply or none of it,
+// and then the client comes back over TCP: when the reply is too long, or when the sender has had all that it
+// may have in this second. The own host has no rate, since nobody else can send in its name.
+Result<Bytes> RequestHandler::EncodeFor(const Message& reply, const RequestOrigin& origin,
+                                        std::size_t request_size, Instant now) {
+  const std::size_t limit = ReplyLimit(request_size, origin, settings_.mtu);
+  if (origin.transport == Transport::kTcp) {
+    return EncodeWithin(reply, limit);
+  }
+  Result<Bytes> whole = Encode(reply);
+  const bool fits = whole && whole->size() <= limit;
+  const bool within_rate = origin.own_host || reply_rate_.Take(origin.address, now, settings_.reply_rate);
+  if (fits && within_rate) {
+    return whole;
+  }
+  Result<Bytes> bare = EncodeBare(reply, within_rate ? limit : std::min(limit, request_size));
+  // An acknowledgment has nothing to leave out.
+  return fits && bare && whole->size() == bare->size() ? std::move(whole) : std::move(bare);
 }
 
 }  // namespace slp

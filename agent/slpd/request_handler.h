@@ -13,6 +13,7 @@
 #include "slpd/agent_settings.h"
 #include "slpd/event_sink.h"
 #include "slpd/registry.h"
+#include "slpd/reply_rate.h"
 #include "slpd/request_origin.h"
 #include "slpd/seconds.h"
 #include "wire/messages.h"
@@ -40,17 +41,22 @@ class RequestHandler {
   const AgentSettings& settings() const { return settings_; }
 
   /// The reply to send back to where `request` (one whole message) came from; none: no answer. Never longer
-  /// than the MTU over UDP, and never longer than the request to a UDP sender beyond the own networks. What
-  /// has expired by `now` is gone first.
+  /// than the MTU over UDP, and never longer than the request to a UDP sender beyond the own and the trusted
+  /// networks. A UDP reply that would be longer, or is one too many for a sender in this second, says nothing
+  /// but its error and that there is more. What has expired by `now` is gone first.
   std::optional<Bytes> Handle(std::span<const std::uint8_t> request, const RequestOrigin& origin,
                               Instant now);
 
  private:
+  Result<Bytes> EncodeFor(const Message& reply, const RequestOrigin& origin, std::size_t request_size,
+                          Instant now);
+
   Registry& registry_;
   AgentSettings settings_;
   EventSink& events_;
   ProcessProbe process_exists_;
   KnownAgents known_agents_;
+  ReplyRate reply_rate_;
 };
 
 }  // namespace slp

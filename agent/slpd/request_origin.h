@@ -21,6 +21,9 @@ struct RequestOrigin {
   /// The own address that the sender reaches this agent at, for the URL of an advertisement. Empty: the first
   /// of AgentSettings::own_addresses.
   std::string local_address;
+
+  /// Whether a UDP sender beyond the own networks may be sent more bytes than it has sent.
+  bool trusted_network = false;
 };
 
 }  // namespace slp

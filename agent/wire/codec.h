@@ -55,4 +55,8 @@ Result<Bytes> Encode(const Message& message);
 /// then.
 Result<Bytes> EncodeWithin(const Message& message, std::size_t limit);
 
+/// A reply with nothing but its error and the overflow flag, which sends the other side to TCP (a DaAdvert
+/// keeps its boot timestamp). kInternalError when not even that fits into `limit` bytes, and for a request.
+Result<Bytes> EncodeBare(const Message& message, std::size_t limit);
+
 }  // namespace slp

@@ -88,6 +88,18 @@ Result<Bytes> Encode(const Message& message) {
   return writer.Release();
 }
 
+Result<Bytes> EncodeBare(const Message& message, std::size_t limit) {
+  std::optional<Body> cut_body = CutBody(message.body);
+  if (!cut_body) {
+    return Error::kInternalError;
+  }
+  Message bare{message.header, std::move(*cut_body)};
+  bare.header.overflow = true;
+  bare.header.extensions.clear();
+  Result<Bytes> bytes = Encode(bare);
+  return bytes && bytes->size() <= limit ? std::move(bytes) : Error::kInternalError;
+}
+
 // 1. The whole message, when it fits.
 // 2. Otherwise its head: header with the overflow flag, error, no extensions.
 // 3. To the head of a service reply as many URL entries as there is room for, in their order.

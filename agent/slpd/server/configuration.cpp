@@ -20,6 +20,12 @@ Configuration ReadConfiguration(const ConfigurationSources& sources, std::vector
     configuration.properties.Set(key, value);
   }
   configuration.settings = AgentSettings::From(configuration.properties);
+  std::vector<std::string> unknown;
+  configuration.trusted_networks =
+      NetworkList(configuration.properties.GetStringList("net.slp.trustedNetworks"), unknown);
+  for (const std::string& text : unknown) {
+    problems.push_back("net.slp.trustedNetworks: \"" + text + "\" is no network");
+  }
   std::string& registration_file = configuration.settings.registration_file;
   if (!sources.registration_file.empty()) {
     registration_file = sources.registration_file;

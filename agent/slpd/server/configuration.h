@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "net/network_list.h"
 #include "properties/properties.h"
 #include "slpd/agent_settings.h"
 
@@ -20,10 +21,11 @@ struct ConfigurationSources {
 struct Configuration {
   Properties properties;
   AgentSettings settings;
+  NetworkList trusted_networks;  ///< net.slp.trustedNetworks
 };
 
-/// What cannot be used is told in `problems`, as "FILE:LINE: TEXT", and its default holds. A missing global
-/// file is no problem, a missing environment file (or --config) is one.
+/// What cannot be used is told in `problems`, as "FILE:LINE: TEXT" where it stands in a file, and its default
+/// holds. A missing global file is no problem, a missing environment file (or --config) is one.
 Configuration ReadConfiguration(const ConfigurationSources& sources, std::vector<std::string>& problems);
 
 }  // namespace slp

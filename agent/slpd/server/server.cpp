@@ -241,6 +241,7 @@ RequestOrigin Server::OriginOf(const Sender& sender) {
     origin.own_host = IsOwnAddress(interfaces, sender.address.to_v4());
     origin.own_network = origin.own_host || IsOnOwnNetwork(interfaces, sender.address.to_v4());
   }
+  origin.trusted_network = configuration_.trusted_networks.Contains(sender.address);
   return origin;
 }
 

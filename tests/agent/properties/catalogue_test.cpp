@@ -54,6 +54,8 @@ TEST(CatalogueTest, HoldsEveryDefault) {
       {"net.slp.DAAddresses", ""},
       {"net.slp.serializedRegURL", ""},
       {"net.slp.interfaces", ""},
+      {"net.slp.replyRate", "500"},
+      {"net.slp.trustedNetworks", ""},
       {"net.slp.SAAttributes", ""},
       {"net.slp.typeHint", ""},
       {"net.slp.indexedAttributes", ""},

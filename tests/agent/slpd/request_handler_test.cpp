@@ -300,10 +300,10 @@ class ReplySizeTest : public ::testing::Test {
   DaemonLogic daemon;
 };
 
-TEST_F(ReplySizeTest, ADatagramNeverExceedsTheMtu) {
-  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kNeighbour), std::tuple(kHead + 38 * kEntry, 38U, true));
-  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kOwnHost), std::tuple(kHead + 38 * kEntry, 38U, true));
-  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kGroupMember), std::tuple(kHead + 38 * kEntry, 38U, true));
+TEST_F(ReplySizeTest, WhatExceedsTheMtuIsLeftToTcp) {
+  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kNeighbour), std::tuple(kHead, 0U, true));
+  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kOwnHost), std::tuple(kHead, 0U, true));
+  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kGroupMember), std::tuple(kHead, 0U, true));
 }
 
 TEST_F(ReplySizeTest, TheMtuIsReachedButNotPassed) {
@@ -311,11 +311,46 @@ TEST_F(ReplySizeTest, TheMtuIsReachedButNotPassed) {
   for (const std::size_t mtu : {kHead + kEntry * 10 - 1, kHead + kEntry * 10, kHead + kEntry * 10 + 1}) {
     settings.mtu = mtu;
     daemon.handler.SetSettings(settings);
-    const std::size_t entries = mtu < kHead + kEntry * 10 ? 9 : 10;
-    EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kNeighbour), std::tuple(kHead + entries * kEntry, entries, true));
+    const bool fits = mtu >= kHead + kEntry * 10;
     EXPECT_EQ(Ask(MakeSrvRqst("service:x", "(id<=9)"), kNeighbour),
-              std::tuple(kHead + entries * kEntry, entries, entries < 10));
+              fits ? std::tuple(kHead + kEntry * 10, std::size_t{10}, false)
+                   : std::tuple(kHead, std::size_t{0}, true));
+    EXPECT_EQ(Ask(MakeSrvRqst("service:x"), kNeighbour), std::tuple(kHead, 0U, true));
   }
+}
+
+TEST_F(ReplySizeTest, ATrustedNetworkGetsWhatTheOwnOnesGet) {
+  RequestOrigin trusted = kStranger;
+  trusted.trusted_network = true;
+  EXPECT_EQ(Ask(MakeSrvRqst("service:x", "(id<=9)"), trusted), std::tuple(kHead + 10 * kEntry, 10U, false));
+  EXPECT_EQ(Ask(MakeSrvRqst("service:x"), trusted), std::tuple(kHead, 0U, true));
+  EXPECT_EQ(Ask(MakeSrvRqst("service:x", "(id<=9)"), kStranger), std::tuple(kHead, 0U, true));
+}
+
+TEST_F(ReplySizeTest, BeyondItsRateAnotherHostIsLeftToTcpForTheRestOfTheSecond) {
+  AgentSettings settings = TestSettings();
+  settings.reply_rate = 3;
+  daemon.handler.SetSettings(settings);
+  const SrvRqst request = MakeSrvRqst("service:x", "(id=7)");
+  const auto whole = std::tuple(kHead + kEntry, std::size_t{1}, false);
+  const auto bare = std::tuple(kHead, std::size_t{0}, true);
+  RequestOrigin other = kNeighbour;
+  other.address = "10.0.0.8";
+  RequestOrigin stream = kNeighbour;
+  stream.transport = Transport::kTcp;
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(Ask(request, i == 1 ? kGroupMember : kNeighbour), whole);
+  }
+  EXPECT_EQ(Ask(request, kNeighbour), bare);
+  EXPECT_EQ(Ask(request, other), whole);
+  EXPECT_EQ(Ask(request, stream), whole);
+  for (int i = 0; i < 10; ++i) {
+    EXPECT_EQ(Ask(request, kOwnHost), whole);
+  }
+  daemon.now += Instant(999);
+  EXPECT_EQ(Ask(request, kNeighbour), bare);
+  daemon.now += Instant(1);
+  EXPECT_EQ(Ask(request, kNeighbour), whole);
 }
 
 TEST_F(ReplySizeTest, AStreamCarriesEverything) {

@@ -56,6 +56,14 @@ TEST_F(ConfigurationTest, AValueThatIsNotAllowedIsToldWithFileAndLine) {
   EXPECT_EQ(configuration.settings.language, "de");
 }
 
+TEST_F(ConfigurationTest, WhatIsNoTrustedNetworkIsTold) {
+  sources_.overrides = {{"net.slp.trustedNetworks", "192.0.2.0/24, 10.0.0.0/33, example.org"}};
+  const Configuration configuration = Read();
+  EXPECT_THAT(problems_, ElementsAre("net.slp.trustedNetworks: \"10.0.0.0/33\" is no network",
+                                     "net.slp.trustedNetworks: \"example.org\" is no network"));
+  EXPECT_TRUE(configuration.trusted_networks.Contains(asio::ip::make_address("192.0.2.9")));
+}
+
 TEST_F(ConfigurationTest, TheRegistrationFileIsTheFirstOneThatIsNamed) {
   EXPECT_EQ(Read().settings.registration_file, "");
   sources_.default_registration_file = folder_.File("default.reg");

@@ -155,7 +155,18 @@ TEST(EncodeWithinTest, OtherRepliesKeepKindAndError) {
     EXPECT_THAT(Decode(*bytes), Holds(cut));
     EXPECT_THAT(EncodeWithin(whole, bytes->size()), Holds(*bytes));
     EXPECT_THAT(EncodeWithin(whole, bytes->size() - 1), Fails(Error::kInternalError));
+    EXPECT_THAT(EncodeBare(whole, size), Holds(*bytes));
+    EXPECT_THAT(EncodeBare(whole, bytes->size()), Holds(*bytes));
+    EXPECT_THAT(EncodeBare(whole, bytes->size() - 1), Fails(Error::kInternalError));
   }
+}
+
+TEST(EncodeBareTest, LeavesNothingButErrorAndOverflow) {
+  const Message whole = InEnglish(SrvRply{Error::kOk, {{60, "service:x://h", {}}}});
+  Message bare = InEnglish(SrvRply{});
+  bare.header.overflow = true;
+  EXPECT_THAT(Decode(*EncodeBare(whole, 1400)), Holds(bare));
+  EXPECT_THAT(EncodeBare(InEnglish(SrvRqst{}), 1400), Fails(Error::kInternalError));
 }
 
 TEST(EncodeWithinTest, ALongExtensionGivesWayToTheReply) {

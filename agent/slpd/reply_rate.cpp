@@ -1,0 +1,27 @@
+#include "slpd/reply_rate.h"
+
+#include <functional>
+
+namespace slp {
+namespace {
+
+constexpr std::size_t kPlaces = 4096;
+constexpr Seconds kPeriod{1};
+
+}  // namespace
+
+ReplyRate::ReplyRate() : counts_(kPlaces) {}
+
+bool ReplyRate::Take(std::string_view address, Instant now, std::size_t per_second) {
+  Count& count = counts_[std::hash<std::string_view>{}(address) % kPlaces];
+  if (count.taken == 0 || now - count.since >= kPeriod) {
+    count = {now, 0};
+  }
+  if (count.taken >= per_second) {
+    return false;
+  }
+  ++count.taken;
+  return true;
+}
+
+}  // namespace slp
