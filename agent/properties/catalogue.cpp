@@ -112,6 +112,8 @@ constexpr PropertyInfo kCatalogue[] = {
 
     Number("net.slp.randomWaitBound", "1000", 0, kUnbounded, "longest random wait, in milliseconds"),
     Number("net.slp.MTU", "1400", 576, kLargestDatagram, "longest datagram, in bytes"),
+    Number("net.slp.maxRegistrationsPerHost", "10000", 1, 1'000'000,
+           "registrations that a directory agent takes from one other host"),
     Number("net.slp.replyRate", "500", 1, 1'000'000,
            "whole UDP answers a second to one other host; what is more is sent on to TCP"),
     List("net.slp.trustedNetworks", "",

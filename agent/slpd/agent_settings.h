@@ -14,9 +14,10 @@ namespace slp {
 struct AgentSettings {
   std::vector<std::string> scopes = {"DEFAULT"};  ///< net.slp.useScopes, never empty
   std::string language = "en";                    ///< net.slp.locale
-  std::size_t mtu = 1400;                ///< net.slp.MTU: the largest UDP reply, without UDP and IP headers
-  std::size_t reply_rate = 500;          ///< net.slp.replyRate: whole UDP replies a second to one sender
-  bool watch_registration_pid = true;    ///< net.slp.watchRegistrationPID
+  std::size_t mtu = 1400;        ///< net.slp.MTU: the largest UDP reply, without UDP and IP headers
+  std::size_t reply_rate = 500;  ///< net.slp.replyRate: whole UDP replies a second to one sender
+  std::size_t registrations_per_host = 10'000;  ///< net.slp.maxRegistrationsPerHost: of one other host
+  bool watch_registration_pid = true;           ///< net.slp.watchRegistrationPID
   std::string service_agent_attributes;  ///< net.slp.SAAttributes; empty when the property does not parse
   std::string registration_file;         ///< net.slp.serializedRegURL without "file://"; empty: none
 

@@ -33,6 +33,7 @@ struct Registration {
   bool permanent = false;        ///< never expires and is always shown with its whole lifetime
   std::uint32_t process_id = 0;  ///< dropped when this process has ended; 0: bound to none
   RegistrationSource source = RegistrationSource::kMessage;
+  std::string host = {};  ///< the address of the other host that registered it; empty: it counts for none
 };
 
 /// A stored registration in one language. The texts belong to the registry and hold until its next change.
@@ -46,6 +47,7 @@ struct RegistrationView {
   std::optional<Instant> expiry;  ///< gone then; none: permanent
   std::uint32_t process_id = 0;
   RegistrationSource source = RegistrationSource::kMessage;
+  std::string_view host;
 };
 
 }  // namespace slp

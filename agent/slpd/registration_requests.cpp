@@ -1,5 +1,6 @@
 // Registrations and deregistrations from local programs and, for a directory agent, from other hosts (RFC
 // 2608 sections 8.3, 8.4, 9.3 and 10.6).
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,6 +46,16 @@ Error CheckSender(const RequestContext& context, const std::string& url) {
   return context.settings.check_source_address && names_another ? Error::kInvalidRegistration : Error::kOk;
 }
 
+/// Whether the sender may have one registration more, or this one already is its own.
+bool HasRoomFor(const RequestContext& context, const std::string& url) {
+  if (context.origin.own_host ||
+      context.registry.CountOf(context.origin.address) < context.settings.registrations_per_host) {
+    return true;
+  }
+  const std::optional<RegistrationView> earlier = context.registry.Find(url, context.header.language);
+  return earlier && earlier->host == context.origin.address;
+}
+
 /// Another agent of this host, confined to an address of its own, registers from there.
 RegistrationSource SourceOf(const RequestContext& context) {
   const RequestOrigin& origin = context.origin;
@@ -58,7 +69,8 @@ RegistrationSource SourceOf(const RequestContext& context) {
 // 1. Never from a group, and only from who may.
 // 2. Signatures cannot be verified here, so what carries them is refused (RFC 2608 section 8.5).
 // 3. It is registered in those of its scopes that are served; there must be one.
-// 4. Fresh: it replaces; else it updates what is there (RFC 2608 section 9.3).
+// 4. Another host may have only so many.
+// 5. Fresh: it replaces; else it updates what is there (RFC 2608 section 9.3).
 Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) {
   const auto acknowledge = [](Error error) { return ErrorAnswer(FunctionId::kSrvReg, error); };
   if (context.multicast) {
@@ -74,6 +86,9 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
   if (scopes.empty()) {
     return acknowledge(Error::kScopeNotSupported);
   }
+  if (!HasRoomFor(context, request.url.url)) {
+    return acknowledge(Error::kDaBusyNow);
+  }
   const Result<std::uint32_t> process_id = BoundProcess(context, request.url.url);
   if (!process_id) {
     return acknowledge(process_id.error());
@@ -87,7 +102,8 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
                                   .lifetime = request.url.lifetime,
                                   .permanent = false,
                                   .process_id = *process_id,
-                                  .source = SourceOf(context)};
+                                  .source = SourceOf(context),
+                                  .host = context.origin.own_host ? "" : context.origin.address};
   return acknowledge(context.header.fresh ? context.registry.Register(registration, context.now)
                                           : context.registry.Update(registration, context.now));
 }

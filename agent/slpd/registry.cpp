@@ -198,6 +198,10 @@ std::size_t Registry::size() const {
   return store_->services.size();
 }
 
+std::size_t Registry::CountOf(std::string_view host) const {
+  return store_->services.CountOf(host);
+}
+
 std::uint64_t Registry::touched() const {
   return store_->touched;
 }

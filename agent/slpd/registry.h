@@ -122,6 +122,9 @@ class Registry {
   /// A URL that is registered in two languages counts twice.
   std::size_t size() const;
 
+  /// How many registrations this other host has.
+  std::size_t CountOf(std::string_view host) const;
+
   /// How many registrations searches have looked at so far.
   std::uint64_t touched() const;
 

@@ -17,7 +17,8 @@ RegistrationView ServiceEntry::View() const {
           .lifetime = lifetime,
           .expiry = expiry,
           .process_id = process_id,
-          .source = source};
+          .source = source,
+          .host = host == nullptr ? std::string_view() : std::string_view(host->first)};
 }
 
 ServiceStore::ServiceStore() : by_url_(0, UrlHash{&entries_}, UrlEqual{&entries_}) {}
@@ -114,6 +115,11 @@ EntryId ServiceStore::FindVariant(std::string_view url, std::string_view languag
   return id;
 }
 
+std::size_t ServiceStore::CountOf(std::string_view host) const {
+  const auto found = hosts_.find(host);
+  return found == hosts_.end() ? 0 : found->second;
+}
+
 void ServiceStore::SetLife(EntryId id, const Registration& registration, Instant now) {
   ServiceEntry& entry = entries_[id];
   entry.lifetime = registration.lifetime;
@@ -123,6 +129,7 @@ void ServiceStore::SetLife(EntryId id, const Registration& registration, Instant
   }
   entry.process_id = registration.process_id;
   entry.source = registration.source;
+  entry.host = registration.host.empty() ? nullptr : &*hosts_.try_emplace(registration.host, 0).first;
 }
 
 void ServiceStore::EnterLists(EntryId id) {
@@ -137,10 +144,13 @@ void ServiceStore::EnterLists(EntryId id) {
     entry.place_in_process = static_cast<std::uint32_t>(list.size());
     list.push_back(id);
   }
+  if (entry.host != nullptr) {
+    ++entry.host->second;
+  }
 }
 
 void ServiceStore::LeaveLists(EntryId id) {
-  const ServiceEntry& entry = entries_[id];
+  ServiceEntry& entry = entries_[id];
   if (entry.expiry) {
     const auto list = by_expiry_.find(*entry.expiry);
     RemoveAt(list->second, &ServiceEntry::place_in_expiry, id);
@@ -155,6 +165,10 @@ void ServiceStore::LeaveLists(EntryId id) {
       by_process_.erase(list);
     }
   }
+  if (entry.host != nullptr && --entry.host->second == 0) {
+    hosts_.erase(hosts_.find(entry.host->first));
+  }
+  entry.host = nullptr;
 }
 
 void ServiceStore::RemoveAt(std::vector<EntryId>& list, std::uint32_t ServiceEntry::*place, EntryId id) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "slpd/registration.h"
@@ -20,12 +21,16 @@
 
 namespace slp {
 
+/// The address of another host and how many registrations it has.
+using HostCount = std::pair<const std::string, std::size_t>;
+
 /// What is stored of one URL in one language. Its place in the lists that it stands in is kept here, so that
 /// it leaves each of them at once.
 struct ServiceEntry {
   std::string text;  ///< the URL and behind it the attribute list
   std::uint32_t url_length = 0;
   ServiceGroup* group = nullptr;  ///< null: the place is free
+  HostCount* host = nullptr;      ///< null: it counts for none
   std::optional<Instant> expiry;
   std::uint32_t process_id = 0;
   std::uint16_t lifetime = 0;
@@ -81,6 +86,9 @@ class ServiceStore {
   const std::map<Instant, std::vector<EntryId>>& by_expiry() const { return by_expiry_; }
   const std::map<std::uint32_t, std::vector<EntryId>>& by_process() const { return by_process_; }
 
+  /// How many registrations the host has.
+  std::size_t CountOf(std::string_view host) const;
+
   /// One past the largest id; ids whose group is null stand for nothing.
   EntryId end() const { return static_cast<EntryId>(entries_.size()); }
 
@@ -118,6 +126,7 @@ class ServiceStore {
   ValueIndex values_;
   Lists<Instant> by_expiry_;
   Lists<std::uint32_t> by_process_;
+  std::map<std::string, std::size_t, std::less<>> hosts_;
   std::size_t size_ = 0;
   std::size_t text_bytes_ = 0;
 };

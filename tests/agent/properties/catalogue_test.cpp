@@ -55,6 +55,7 @@ TEST(CatalogueTest, HoldsEveryDefault) {
       {"net.slp.serializedRegURL", ""},
       {"net.slp.interfaces", ""},
       {"net.slp.replyRate", "500"},
+      {"net.slp.maxRegistrationsPerHost", "10000"},
       {"net.slp.trustedNetworks", ""},
       {"net.slp.SAAttributes", ""},
       {"net.slp.typeHint", ""},
