@@ -1,5 +1,5 @@
-// Results that tests expect, and comparing whole ones: code, detail and debug trail. (The comparison of SResult
-// itself looks at the code only.)
+// Results that tests expect, and comparing whole ones: code, detail and debug trail. (The comparison of
+// SResult itself looks at the code only.)
 #pragma once
 
 #include <gmock/gmock.h>
