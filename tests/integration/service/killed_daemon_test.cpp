@@ -83,13 +83,13 @@ TEST_F(KilledDaemon, ComesBackWithAllServicesTwentyTimes) {
   for (int i = 0; i < kTimes; ++i) {
     // A service that has come back does so at a tick of the timer; each round kills later behind it.
     std::this_thread::sleep_for(kInterval * i / kTimes);
-    const unsigned long killed = DaemonPid();
-    ASSERT_NE(killed, 0U);
+    ASSERT_NE(DaemonPid(), 0U);
     const milliseconds delay_before = delay.Total();
     const auto killed_at = steady_clock::now();
     daemon().Kill();
+    // A search while nobody serves takes seconds where the system doesn't tell that a port is closed.
     ASSERT_TRUE(WaitUntil(2 * kInterval + start_time + kSlack,
-                          [&] { return DaemonPid() != killed && Find(kType) == kUrls; }))
+                          [&] { return DaemonStarts() > i + 1 && Find(kType) == kUrls; }))
         << "round " << i;
     const milliseconds took = Since(killed_at);
     const milliseconds allowance = delay.Total() - delay_before;
