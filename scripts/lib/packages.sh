@@ -4,8 +4,8 @@
 build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev)
 
 # What the tests need besides: GoogleTest (its sources serve the cross build), the Windows cross compiler, a lister of
-# exported symbols and the checker of the source style.
-test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix binutils clang-format)
+# exported symbols, the checker of the source style, and what makes networks of hosts and lets them lose packets.
+test_packages=(libgtest-dev libgmock-dev googletest g++-mingw-w64-x86-64-posix binutils clang-format iproute2 nftables)
 
 # What runs the Windows test programs.
 windows_packages=(wine wine64)
