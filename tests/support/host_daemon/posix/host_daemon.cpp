@@ -67,12 +67,14 @@ void HostDaemon::State::StartCleaner(const std::string& folder, const std::strin
   _exit(0);
 }
 
-// The program that the library starts counts the starts, and becomes the daemon.
+// The program that the library starts counts the starts, and becomes the daemon, with a registration file
+// that isn't the system's.
 HostDaemon::HostDaemon() : folder_(NewFolder()), state_(std::make_unique<State>()) {
   state_->StartCleaner(folder_, File("slpd.pid"));
   const std::string program = File("slpd");
+  std::ofstream(File("slp.reg")).flush();
   std::ofstream(program) << "#!/bin/sh\necho >> '" << File("starts") << "'\nexec '" << KELSD_SLPD_PROGRAM
-                         << "' \"$@\"\n";
+                         << "' \"$@\" --regfile '" << File("slp.reg") << "'\n";
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
   setenv("KELSD_SLPD", program.c_str(), 1);
   setenv("KELSD_SLPD_PIDFILE", File("slpd.pid").c_str(), 1);
