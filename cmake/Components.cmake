@@ -30,6 +30,15 @@ function(kelsd_test name)
   endif()
   target_link_libraries(${name} PRIVATE kelsd_warnings ${arg_USES} GTest::gmock_main)
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
-    PROPERTIES TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL} LABELS "${arg_LABELS}" RESOURCE_LOCK "${arg_LOCK}")
+  set(properties TIMEOUT ${arg_TIMEOUT} RUN_SERIAL ${arg_SERIAL})
+  # An empty value would take the next property's name for its own.
+  if(arg_LABELS)
+    list(APPEND properties LABELS ${arg_LABELS})
+  endif()
+  if(arg_LOCK)
+    list(APPEND properties RESOURCE_LOCK ${arg_LOCK})
+  endif()
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    NO_PRETTY_VALUES
+    PROPERTIES ${properties})
 endfunction()
