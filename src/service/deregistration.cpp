@@ -32,6 +32,7 @@ SResult CKelSLPServiceImpl::DeregistrationBody(const std::string& url) {
   if (SResult result = EnsureSLPDIsRunning(); result.IsNotOk()) {
     return result;
   }
+  const std::lock_guard handle_lock(HandleLock());
   SLPHandleBox box;
   if (SResult result = OpenSLPHandle(box.handle, false); result.IsNotOk()) {
     return result;

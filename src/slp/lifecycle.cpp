@@ -21,6 +21,10 @@ platform::ReaderWriterLock& CKelSLPImpl::CoreLock() {
   return GetState().lock;
 }
 
+std::mutex& CKelSLPImpl::HandleLock() {
+  return GetState().handle_lock;
+}
+
 const CKelSLPServiceConfig& CKelSLPImpl::PropertySnapshotUnlocked() {
   return GetState().snapshot;
 }
@@ -73,7 +77,7 @@ void CKelSLPImpl::CloseResidentHandleUnlocked() {
 }
 
 // 1. Nothing is read or applied again while the resident handle is there.
-// 2. A first handle loads the properties.
+// 2. A first handle loads the properties, as the only one that is open.
 // 3. The snapshot is taken while that handle is open; a property that cannot be read doesn't stop anything.
 // 4. The first handle is closed.
 // 5. A second handle is opened
@@ -90,6 +94,7 @@ SResult CKelSLPImpl::InitializeInternal() {
     return result.PrependErrorDebug("kelsd::CKelSLPImpl::InitializeInternal", " ");
   };
   {
+    const std::lock_guard no_other_handle(HandleLock());
     SLPHandleBox first;
     const SResult opened = OpenSLPHandle(first.handle, false);
     if (opened.IsNotOk()) {

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <map>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,11 @@ class CKelSLPImpl {
 
   /// The lock of the core: exclusive to change its state, shared for the whole of a search.
   static platform::ReaderWriterLock& CoreLock();
+  /// Held by an operation for as long as it has a handle open without holding the core lock. Properties that
+  /// this process has set last as long as any handle is open, so that a snapshot taken meanwhile would show
+  /// the settings of the clients as the daemon's: it waits. Taken after the core lock; nothing is taken under
+  /// it.
+  static std::mutex& HandleLock();
   /// All SLP properties as they were at the last initialisation.
   static const CKelSLPServiceConfig& PropertySnapshotUnlocked();
   /// What could not be read or was rejected while the snapshot was taken.

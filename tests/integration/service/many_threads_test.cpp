@@ -131,6 +131,8 @@ TEST_F(ManyThreads, LeaveTheDaemonWithWhatIsRegistered) {
   std::sort(expected_.begin(), expected_.end());
   EXPECT_TRUE(WaitUntil(kSlack, [&] { return Find(kType) == expected_; }));
   EXPECT_EQ(Find(kType), expected_);
+  // The daemon's own setting, not one of those that the clients used meanwhile.
+  EXPECT_THAT(Configuration(), testing::HasSubstr("net.slp.MTU = 1400\r\n"));
 }
 
 }  // namespace

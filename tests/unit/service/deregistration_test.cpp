@@ -7,6 +7,7 @@
 #include <shared_mutex>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "service_fixture.h"
 
@@ -108,6 +109,24 @@ TEST_F(Deregistration, DoesNotTakeTheCoreLock) {
   const std::unique_lock core_lock(CKelSLPImpl::CoreLock());
   std::future<SResult> result = std::async(std::launch::async, [&] { return agent.DeregisterService(kUrl); });
   EXPECT_THAT(result.get(), SameResult(kSuccess));
+}
+
+TEST_F(Deregistration, KeepsTheSettingsOfClientsOutOfTheSnapshot) {
+  CKelSLPClientConfig client;
+  EXPECT_THAT(client.SetMTU(1300), SameResult(kSuccess));
+  EXPECT_THAT(CKelSLPImpl::SetSLPClientConfig(client), SameResult(kSuccess));
+  std::future<SResult> initialization;
+  Next(Function::kDereg, scripted_slp::Runs([&] {
+         initialization = std::async(std::launch::async, [] { return CKelSLPImpl::ReInitialize(false); });
+         // Long enough for an initialisation that doesn't wait.
+         EXPECT_EQ(initialization.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+       }));
+  EXPECT_THAT(agent.DeregisterService(kUrl), SameResult(kSuccess));
+  EXPECT_THAT(initialization.get(), SameResult(kSuccess));
+  CKelSLPServiceConfig config;
+  std::vector<SResult> errors;
+  EXPECT_THAT(agent.GetSLPServiceConfig(config, errors), SameResult(kSuccess));
+  EXPECT_EQ(config.GetMTU(), 1400);
 }
 
 TEST_F(Deregistration, InitialisesAgainWithTheCoreLockWhenTheVariableIsNew) {
