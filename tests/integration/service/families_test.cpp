@@ -58,6 +58,51 @@ TEST_F(Families, ServesAServer) {
   EXPECT_EQ(DaemonStarts(), 1);
 }
 
+// What a search tells of services.
+
+std::vector<SKelServiceSearchResult> FoundIn(const std::vector<std::string>& scopes,
+                                             const std::string& type_string) {
+  std::vector<SKelServiceSearchResult> found;
+  EXPECT_THAT(CKelSLPClient::FindServices(found, type_string, scopes, "", "127.0.0.1"), Succeeded());
+  return found;
+}
+
+// A service that was registered a moment ago for `lifetime` seconds.
+auto JustRegistered(const std::string& url, int lifetime) {
+  constexpr int kMoment = 20;
+  return testing::AllOf(
+      testing::Field(&SKelServiceSearchResult::URL, url),
+      testing::Field(&SKelServiceSearchResult::Lifetime,
+                     testing::AllOf(testing::Gt(lifetime - kMoment), testing::Le(lifetime))));
+}
+
+TEST_F(Families, ServesWhatARecordSays) {
+  WriteConfiguration("net.slp.useScopes = TAMRO,LAB\n");
+  const CKelServiceTypeZDREST server("127.0.0.1:8080", kLifetime);
+  ASSERT_THAT(CKelSLPService::RegisterService(server), Succeeded());
+  EXPECT_THAT(FoundIn({"tamro"}, server.GetTypeString()),
+              ElementsAre(JustRegistered(server.GetServiceURL(), kLifetime)));
+  EXPECT_THAT(FoundIn({"lab"}, server.GetTypeString()), IsEmpty());
+}
+
+TEST_F(Families, ServesWhatTagsSay) {
+  WriteConfiguration("net.slp.useScopes = TAMRO,LAB\n");
+  const CKelServiceTypeZDREST server("127.0.0.1:8080", kLifetime);
+  constexpr unsigned short kOtherLifetime = 200;
+  const std::vector<std::string> lab{"lab"};
+  ASSERT_THAT(CKelSLPService::RegisterService(server.GetServiceURL(), kOtherLifetime,
+                                              {{IKelServiceType::ATTR_SERVER_NAME, "by tags"}}, lab),
+              Succeeded());
+  EXPECT_THAT(FoundIn(lab, server.GetTypeString()),
+              ElementsAre(JustRegistered(server.GetServiceURL(), kOtherLifetime)));
+  EXPECT_THAT(FoundIn({"tamro"}, server.GetTypeString()), IsEmpty());
+  SKelServiceAttributeSearchResult found;
+  ASSERT_THAT(CKelSLPClient::FindAttributes(found, server.GetServiceURL(),
+                                            std::vector{IKelServiceType::ATTR_SERVER_NAME}, lab, "127.0.0.1"),
+              Succeeded());
+  EXPECT_EQ(found.Attributes[IKelServiceType::ATTR_SERVER_NAME], "by tags");
+}
+
 TEST_F(Families, ServesATerminal) {
   CKelServiceTypeZDTerminalREST terminal("127.0.0.1:8070", kLifetime);
   terminal.SetAttrServerClusterStatus(true);
