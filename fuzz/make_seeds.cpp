@@ -101,6 +101,10 @@ std::vector<Seed> SessionSeeds() {
        Joined({Step(1, 0, Written(AttrRqst{"10.0.0.3", known.url, "DEFAULT", "", ""})),
                Step(0, 0, Written(SrvDereg{"DEFAULT", known, "b*"})),
                Step(0, 0, Written(SrvDereg{"DEFAULT", known, ""}))})},
+      {"request_handler", "registered_with_a_directory_agent",
+       Joined({Step(0x85, 0, fresh), Step(0x85, 1, update), Step(0x82, 1, search),
+               Step(0x82, 0, Written(SrvRqst{"", "service:directory-agent", "DEFAULT", "", ""})),
+               Step(0x85, 1, Written(SrvDereg{"DEFAULT,TAMRO", url, ""}))})},
       {"request_handler", "agents",
        Joined(
            {Step(2, 0, Written(SrvRqst{"", "service:service-agent", "", "(service-type=*)", ""})),

@@ -1,6 +1,7 @@
 // The daemon's request handling with a registry that holds services: a row of messages, each with its origin,
-// and after them a look at the whole registry. An input is a row of steps: a byte that chooses the origin,
-// one with the seconds that pass before, two with the message's length, and the message.
+// and after them a look at the whole registry. An input is a row of steps: a byte that chooses the origin
+// and, by its highest bit, the role of a directory agent, one with the seconds that pass before, two with the
+// message's length, and the message.
 #include "slpd/request_handler.h"
 
 #include <algorithm>
@@ -18,19 +19,23 @@ namespace {
 
 constexpr std::size_t kMtu = 600;
 
-const std::array<RequestOrigin, 5>& Origins() {
-  static const std::array<RequestOrigin, 5> kOrigins{{
+const std::array<RequestOrigin, 6>& Origins() {
+  static const std::array<RequestOrigin, 6> kOrigins{{
       {"127.0.0.1", true, true, Transport::kUdpUnicast, "127.0.0.1"},
       {"127.0.0.1", true, true, Transport::kTcp, "127.0.0.1"},
       {"10.0.0.7", false, true, Transport::kUdpMulticast, "10.0.0.1"},
       {"192.0.2.9", false, false, Transport::kUdpUnicast, "10.0.0.1"},
       {"192.0.2.9", false, false, Transport::kTcp, "10.0.0.1"},
+      {"10.0.0.7", false, true, Transport::kUdpUnicast, "10.0.0.1"},
   }};
   return kOrigins;
 }
 
-AgentSettings Settings() {
+AgentSettings Settings(bool directory_agent) {
   AgentSettings settings;
+  settings.directory_agent = directory_agent;
+  settings.boot_timestamp = directory_agent ? 1 : 0;
+  settings.registrations_per_host = 2;
   settings.scopes = {"DEFAULT", "TAMRO"};
   settings.mtu = kMtu;
   settings.own_addresses = {"10.0.0.1", "127.0.0.1"};
@@ -105,19 +110,26 @@ void CheckSession(std::span<const std::uint8_t> input) {
   NoEvents events;
   Registry registry(events);
   Populate(registry);
-  RequestHandler handler(registry, Settings(), events,
+  RequestHandler handler(registry, Settings(false), events,
                          [](std::uint32_t process_id) { return process_id != 9; });
   Instant now{0};
   Reader steps(input);
   while (steps.remaining() > 0 && !steps.failed()) {
-    const RequestOrigin& origin = Origins()[steps.U8() % Origins().size()];
+    const std::uint8_t choice = steps.U8();
+    const RequestOrigin& origin = Origins()[(choice & 0x7FU) % Origins().size()];
+    const bool directory_agent = (choice & 0x80U) != 0;
+    if (handler.settings().directory_agent != directory_agent) {
+      handler.SetSettings(Settings(directory_agent));
+    }
     now += Seconds(steps.U8());
     const std::size_t size = steps.U16();
     const auto request = steps.Take(std::min(size, steps.remaining()));
     registry.Expire(now);
     const std::size_t before = registry.size();
     const std::optional<Bytes> reply = handler.Handle(request, origin, now);
-    Require(origin.own_host || registry.size() == before, "only the own host changes what is registered");
+    const bool may_register = origin.own_host || (directory_agent && origin.own_network);
+    Require(may_register || registry.size() == before, "only who may changes what is registered");
+    Require(registry.CountOf(origin.address) <= 2, "another host registers no more than it may");
     if (reply) {
       CheckReply(*reply, request, origin);
     }
