@@ -233,7 +233,9 @@ void DirectoryClient::OnAcknowledgment(const Message& message, const RequestOrig
 }
 
 void DirectoryClient::Tick(Instant now) {
-  if (discovery_.TakeDue(settings_, NewXid(), now)) {
+  // A random number costs a call of the system, and most ticks have nothing to do with a search.
+  const std::optional<Instant> search = discovery_.NextDue();
+  if (search && *search <= now && discovery_.TakeDue(settings_, NewXid(), now)) {
     wire_.SendToAll([this](bool loopback) { return discovery_.Request(settings_, loopback); });
   }
   std::vector<std::string> lost;
