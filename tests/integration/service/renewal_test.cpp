@@ -29,9 +29,12 @@ struct Times {
   seconds watched;
 };
 
+/// More than three lifetimes of a service.
+constexpr Times kLongTimes{12, seconds(40)};
+
 /// More than two lifetimes; longer ones on request.
 Times WatchedTimes() {
-  return std::getenv("KELSD_LONG_TESTS") != nullptr ? Times{12, seconds(40)} : Times{3, seconds(8)};
+  return std::getenv("KELSD_LONG_TESTS") != nullptr ? kLongTimes : Times{3, seconds(8)};
 }
 
 class Renewal : public ServiceTest {
@@ -42,8 +45,7 @@ class Renewal : public ServiceTest {
   }
 
   // Registers, and searches all the time.
-  void ExpectToFindItAllTheTime() {
-    const Times times = WatchedTimes();
+  void ExpectToFindItAllTheTime(const Times& times) {
     ASSERT_THAT(CKelSLPService::RegisterService(kUrl, static_cast<unsigned short>(times.lifetime),
                                                 std::map<std::string, std::string>(), {}),
                 Succeeded());
@@ -60,12 +62,18 @@ class Renewal : public ServiceTest {
 
 TEST_F(Renewal, KeepsAServiceFoundByEverySearch) {
   ASSERT_THAT(CKelSLPService::SetRegistrationCheckInterval(500), Succeeded());
-  ExpectToFindItAllTheTime();
+  ExpectToFindItAllTheTime(kLongTimes);
+}
+
+TEST_F(Renewal, KeepsAServiceFoundWithTheDefaultCheckInterval) {
+  ASSERT_THAT(CKelSLPService::SetRegistrationCheckInterval(2000), Succeeded());
+  // Renewed once, before the first registration would have ended.
+  ExpectToFindItAllTheTime({12, seconds(14)});
 }
 
 TEST_F(Renewal, KeepsAServiceFoundWithAShortCheckInterval) {
   ASSERT_THAT(CKelSLPService::SetRegistrationCheckInterval(100), Succeeded());
-  ExpectToFindItAllTheTime();
+  ExpectToFindItAllTheTime(WatchedTimes());
 }
 
 TEST_F(Renewal, EndsWithTheApplication) {
