@@ -2,14 +2,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
-#include <mutex>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "integration/service/service_fixture.h"
+#include "support/machine_delay.h"
 
 namespace kelsd::integration {
 namespace {
@@ -26,47 +26,6 @@ milliseconds Since(steady_clock::time_point start) {
   return std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
 }
 
-/// How much later than asked for a thread goes on that only ever sleeps: what a busy machine takes from every
-/// thread, and nothing that the library or the daemon does.
-class MachineDelay {
- public:
-  MachineDelay() : thread_([this] { Sleep(); }) {}
-  ~MachineDelay() {
-    {
-      const std::lock_guard guard(mutex_);
-      ended_ = true;
-    }
-    thread_.join();
-  }
-  MachineDelay(const MachineDelay&) = delete;
-  MachineDelay& operator=(const MachineDelay&) = delete;
-
-  /// The sum of all delays so far.
-  milliseconds Total() {
-    const std::lock_guard guard(mutex_);
-    return std::chrono::duration_cast<milliseconds>(total_);
-  }
-
- private:
-  void Sleep() {
-    constexpr milliseconds kNap{10};
-    for (;;) {
-      const auto asleep = steady_clock::now();
-      std::this_thread::sleep_for(kNap);
-      const std::lock_guard guard(mutex_);
-      total_ += steady_clock::now() - asleep - kNap;
-      if (ended_) {
-        return;
-      }
-    }
-  }
-
-  std::mutex mutex_;
-  steady_clock::duration total_{};
-  bool ended_ = false;
-  std::thread thread_;
-};
-
 using KilledDaemon = ServiceTest;
 
 TEST_F(KilledDaemon, ComesBackWithAllServicesTwentyTimes) {
@@ -79,7 +38,7 @@ TEST_F(KilledDaemon, ComesBackWithAllServicesTwentyTimes) {
     ASSERT_THAT(CKelSLPService::RegisterService(url, 300, std::map<std::string, std::string>(), {"tamro"}),
                 Succeeded());
   }
-  MachineDelay delay;
+  support::MachineDelay delay;
   for (int i = 0; i < kTimes; ++i) {
     // A service that has come back does so at a tick of the timer; each round kills later behind it.
     std::this_thread::sleep_for(kInterval * i / kTimes);
