@@ -7,6 +7,7 @@
 #include "api/local_daemon.h"
 #include "api/request_message.h"
 #include "api/unicast_exchange.h"
+#include "net/addresses.h"
 #include "text/service_url.h"
 #include "text/string_list.h"
 
@@ -37,9 +38,7 @@ bool Rejected(const asio::ip::address_v4& address, const RequestContext& context
 
 std::optional<asio::ip::address_v4> AddressIn(const std::string& url) {
   const Result<ServiceUrl> parsed = ParseServiceUrl(url);
-  asio::error_code error;
-  const auto address = asio::ip::make_address_v4(parsed ? parsed->host : std::string(), error);
-  return error ? std::nullopt : std::optional(address);
+  return ParseAddress(parsed ? parsed->host : std::string());
 }
 
 void AddScope(std::vector<KnownAgent>& agents, const asio::ip::address_v4& address,

@@ -2,6 +2,7 @@
 
 #include "api/c_memory.h"
 #include "api/handle_call.h"
+#include "net/addresses.h"
 #include "net/interfaces.h"
 #include "properties/process_properties.h"
 #include "text/fold.h"
@@ -50,12 +51,11 @@ SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept {
     return SLP_PARAMETER_BAD;
   }
   return WithHandle(handle, [&](HandleState& state) {
-    asio::error_code error;
-    const auto peer = asio::ip::make_address_v4(std::string(Trim(address)), error);
-    if (error || peer.is_unspecified() || peer.is_multicast()) {
+    const auto peer = ParseAddress(std::string(Trim(address)));
+    if (!peer || peer->is_unspecified() || peer->is_multicast()) {
       return SLP_PARAMETER_BAD;
     }
-    state.peer = peer;
+    state.peer = *peer;
     return SLP_OK;
   });
 }

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "net/addresses.h"
 #include "text/string_list.h"
 
 namespace slp::client {
@@ -18,9 +19,8 @@ RequestSettings::Waits ReadWaits(const Properties& properties, std::string_view 
 }
 
 asio::ip::address_v4 ReadBroadcastAddress(const Properties& properties) {
-  asio::error_code error;
-  const auto address = asio::ip::make_address_v4(properties.GetString("net.slp.broadcastAddr"), error);
-  return error ? asio::ip::address_v4::broadcast() : address;
+  return ParseAddress(properties.GetString("net.slp.broadcastAddr"))
+      .value_or(asio::ip::address_v4::broadcast());
 }
 
 std::string ReadScopes(const Properties& properties) {
@@ -32,10 +32,8 @@ std::string ReadScopes(const Properties& properties) {
 RequestSettings::DirectoryAgents ReadDirectoryAgents(const Properties& properties) {
   RequestSettings::DirectoryAgents agents;
   for (const std::string& text : properties.GetStringList("net.slp.DAAddresses")) {
-    asio::error_code error;
-    const auto address = asio::ip::make_address_v4(text, error);
-    if (!error) {
-      agents.configured.push_back(address);
+    if (const auto address = ParseAddress(text)) {
+      agents.configured.push_back(*address);
     }
   }
   agents.interval = std::chrono::seconds(properties.GetInt("net.slp.DAActiveDiscoveryInterval"));

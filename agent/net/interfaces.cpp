@@ -4,19 +4,11 @@
 #include <algorithm>
 #include <optional>
 
+#include "net/addresses.h"
 #include "text/fold.h"
 
 namespace slp {
 namespace {
-
-std::optional<asio::ip::address_v4> ParseAddress(const std::string& text) {
-  std::error_code error;
-  const auto address = asio::ip::make_address_v4(text, error);
-  if (error) {
-    return std::nullopt;
-  }
-  return address;
-}
 
 /// What one element of net.slp.interfaces stands for.
 std::vector<Interface> Resolve(const std::vector<Interface>& all, const std::string& element) {

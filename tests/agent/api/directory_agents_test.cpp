@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "agent/api/api_fixture.h"
+#include "support/under_wine/under_wine.h"
 #include "wire/codec.h"
 
 namespace slp::support {
@@ -80,6 +81,12 @@ class DirectoryAgentsTest : public ApiTest {
     Set("net.slp.activeDADetection", "true");
     Set("net.slp.DADiscoveryTimeouts", "60,60");
     Set("net.slp.datagramTimeouts", "60,60");
+  }
+
+  void SetUp() override {
+    if (kelsd::support::UnderWine()) {
+      GTEST_SKIP() << kelsd::support::kOneLoopbackAddress;
+    }
   }
 
   PeerOptions Alone(const std::string& address) const {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "api_fixture.h"
+#include "support/under_wine/under_wine.h"
 
 namespace slp::support {
 namespace {
@@ -45,6 +46,9 @@ TEST_F(FindServiceTypesTest, NamingAuthoritiesOnTheWire) {
 }
 
 TEST_F(FindServiceTypesTest, ListsOfAllAgentsAreMergedIntoOne) {
+  if (kelsd::support::UnderWine()) {
+    GTEST_SKIP() << kelsd::support::kOneLoopbackAddress;
+  }
   SlpPeer first(Answering("service:a,service:b.tamro:http"), AtPort());
   SlpPeer second(
       [](const PeerRequest& request) {

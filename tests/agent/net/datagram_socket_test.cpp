@@ -60,7 +60,7 @@ TEST_F(DatagramSocketTest, SendsAndReceivesAlsoNothing) {
 
 TEST_F(DatagramSocketTest, ARefusalIsNoticed) {
   if (kelsd::support::UnderWine()) {
-    GTEST_SKIP() << "Wine wakes nobody when a datagram has been refused";
+    GTEST_SKIP() << kelsd::support::kRefusalsUnheard;
   }
   const std::uint16_t free_port = port();
   peer_.close();

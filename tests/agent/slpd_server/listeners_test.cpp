@@ -412,7 +412,7 @@ TEST_F(ListenersTest, AGroupIsJoinedAndLeftWithoutNewSockets) {
 
 TEST_F(ListenersTest, TwoAgentsOnTwoLoopbackAddressesShareThePort) {
   if (kelsd::support::UnderWine()) {
-    GTEST_SKIP() << "Wine knows only the loopback address 127.0.0.1: others are bound to every address";
+    GTEST_SKIP() << kelsd::support::kOneLoopbackAddress;
   }
   Serve();
   ScriptedReceiver other_receiver;
