@@ -1,11 +1,7 @@
 #include "integration/tool/own_daemon_fixture.h"
 
-#include <sstream>
-
 #include "integration/tool/tool_fixture.h"
-#include "support/fake_platform/environment.h"
 #include "support/free_port.h"
-#include "support/slpd_process/slpd_process.h"
 
 namespace kelsd::integration {
 
@@ -13,9 +9,6 @@ void OwnDaemonTest::SetUp() {
   port_ = slp::support::FreePort();
   folder_.Write("slp.conf", "# of a test\nnet.slp.port = " + std::to_string(port_) +
                                 "\nnet.slp.interfaces = 127.0.0.1\nnet.slp.appendLog = false\n");
-  SetEnvironment("OpenSLPConfig", configuration_file());
-  SetEnvironment("KELSD_SLPD", KELSD_SLPD_PROGRAM);
-  SetEnvironment("KELSD_SLPD_PIDFILE", folder_.Path("slpd.pid"));
 }
 
 void OwnDaemonTest::TearDown() {
@@ -41,10 +34,9 @@ std::vector<std::string> OwnDaemonTest::Found(const std::string& type, const std
   return urls;
 }
 
-std::optional<int> OwnDaemonTest::DaemonPid() const {
-  std::istringstream text(folder_.Read("slpd.pid"));
-  int pid = 0;
-  return text >> pid ? std::optional<int>(pid) : std::nullopt;
+std::optional<unsigned long> OwnDaemonTest::DaemonPid() const {
+  const unsigned long process = host_.ProcessId();
+  return process != 0 ? std::optional(process) : std::nullopt;
 }
 
 }  // namespace kelsd::integration

@@ -1,20 +1,11 @@
 #include "integration/tool/running_tool.h"
 
+#include "integration/tool/tool_fixture.h"
 #include "support/wait_until.h"
 
 namespace kelsd::integration {
-namespace {
-
-std::vector<std::string> Command(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {KELSD_TOOL_PROGRAM};
-  command.insert(command.end(), arguments.begin(), arguments.end());
-  return command;
-}
-
-}  // namespace
-
 RunningTool::RunningTool(const std::vector<std::string>& arguments)
-    : process_(Command(arguments), folder_.Path("output"), folder_.Path("error")) {}
+    : process_(ToolCommand(arguments), folder_.Path("output"), folder_.Path("error")) {}
 
 bool RunningTool::WaitForOutput(const std::string& text, std::chrono::seconds limit) const {
   return support::WaitUntil([&] { return Output().find(text) != std::string::npos; }, limit);

@@ -41,17 +41,12 @@ TEST_F(ToolSlpd, StopsTwiceAsWellAsOnce) {
   }
 }
 
-TEST_F(ToolSlpd, TakesAConfigurationFileOfTheCurrentFolder) {
-  std::filesystem::rename(folder_.Path("slp.conf"), folder_.Path("other.conf"));
+TEST_F(ToolSlpd, FindsAConfigurationFileOfTheCurrentFolder) {
+  folder_.Write("other.conf", "");
   const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(std::filesystem::path(configuration_file()).parent_path());
+  std::filesystem::current_path(host_.folder());
   EXPECT_EQ(RunTool({"config", "path", "--config", "other.conf"}).output, folder_.Path("other.conf") + "\n");
-  EXPECT_EQ(RunTool({"slpd", "start", "--config", "other.conf"}).status, 0);
   std::filesystem::current_path(before);
-  EXPECT_EQ(
-      RunTool({"find", "service:x.y:http", "--address", "127.0.0.1", "--config", folder_.Path("other.conf")})
-          .status,
-      1);
 }
 
 TEST_F(ToolSlpd, RestartsIntoAnotherProcess) {
@@ -69,13 +64,6 @@ TEST_F(ToolSlpd, ExitsWith3AndAHintOnASecondStart) {
   EXPECT_EQ(run.status, 3);
   EXPECT_EQ(run.output, "");
   EXPECT_THAT(run.error, AllOf(HasSubstr("Code: 32."), HasSubstr("\nhint: Nothing to do")));
-}
-
-TEST_F(ToolSlpd, TellsWhyTheDaemonDoesNotStart) {
-  SetEnvironment("KELSD_SLPD", folder_.Path("nowhere"));
-  const ProgramRun run = RunTool({"slpd", "start"});
-  EXPECT_EQ(run.status, 3);
-  EXPECT_THAT(run.error, AllOf(HasSubstr("Code: 34."), HasSubstr("\nhint: Check that slpd is installed")));
 }
 
 }  // namespace

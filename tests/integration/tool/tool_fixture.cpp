@@ -1,15 +1,28 @@
 #include "integration/tool/tool_fixture.h"
 
+#include <filesystem>
 #include <utility>
 
 #include "integration/library/library_fixture.h"
 
 namespace kelsd::integration {
 
-support::ProgramRun RunTool(const std::vector<std::string>& arguments) {
-  std::vector<std::string> command = {KELSD_TOOL_PROGRAM};
+namespace {
+
+// Taken before a test can go to another folder: the build names the program as the host that builds does, on
+// Windows without the drive.
+const std::string tool_program = std::filesystem::absolute(KELSD_TOOL_PROGRAM).make_preferred().string();
+
+}  // namespace
+
+std::vector<std::string> ToolCommand(const std::vector<std::string>& arguments) {
+  std::vector<std::string> command = {tool_program};
   command.insert(command.end(), arguments.begin(), arguments.end());
-  return support::RunProgram(command);
+  return command;
+}
+
+support::ProgramRun RunTool(const std::vector<std::string>& arguments) {
+  return support::RunProgram(ToolCommand(arguments));
 }
 
 void ToolTest::SetUp() {

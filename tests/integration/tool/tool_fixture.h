@@ -14,6 +14,9 @@
 
 namespace kelsd::integration {
 
+/// The tool's path and these arguments.
+std::vector<std::string> ToolCommand(const std::vector<std::string>& arguments);
+
 /// Runs the tool with these arguments and nothing else.
 support::ProgramRun RunTool(const std::vector<std::string>& arguments);
 

@@ -28,8 +28,8 @@ class ChildProcess {
 
   int id() const;
 
-  /// The exit status, 128 and the signal's number when a signal ended it; none when it still runs after
-  /// `limit`.
+  /// The exit status, 128 and the signal's number when a signal ended it (on Windows that of SIGINT after
+  /// Ctrl+C); none when it still runs after `limit`.
   std::optional<int> Wait(Milliseconds limit);
 
   /// Nothing happens when it has ended. On Windows SIGINT and SIGTERM are Ctrl+C on the console that the

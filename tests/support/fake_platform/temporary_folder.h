@@ -9,21 +9,14 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kelsd {
 
-class TemporaryFolder {
+/// The files of a folder that is there.
+class Folder {
  public:
-  TemporaryFolder()
-      : path_(std::filesystem::temp_directory_path() / ("kelsd-" + std::to_string(std::random_device()()))) {
-    EXPECT_TRUE(std::filesystem::create_directory(path_));
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  explicit Folder(std::filesystem::path path) : path_(std::move(path)) {}
 
   std::string Path(const std::string& name) const { return (path_ / name).make_preferred().string(); }
 
@@ -46,8 +39,22 @@ class TemporaryFolder {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   }
 
- private:
-  std::filesystem::path path_;
+ protected:
+  const std::filesystem::path path_;
+};
+
+class TemporaryFolder : public Folder {
+ public:
+  TemporaryFolder()
+      : Folder(std::filesystem::temp_directory_path() / ("kelsd-" + std::to_string(std::random_device()()))) {
+    EXPECT_TRUE(std::filesystem::create_directory(path_));
+  }
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 };
 
 }  // namespace kelsd

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <stdexcept>
 
+#include "support/wait_until.h"
+
 namespace kelsd::support {
 namespace {
 
@@ -134,7 +136,8 @@ std::optional<int> ChildProcess::Wait(Milliseconds limit) {
       !GetExitCodeProcess(state_->process.get(), &status)) {
     return std::nullopt;
   }
-  return static_cast<int>(status);
+  constexpr DWORD kEndedByCtrlC = 0xC000013A;  // STATUS_CONTROL_C_EXIT
+  return status == kEndedByCtrlC ? 128 + SIGINT : static_cast<int>(status);
 }
 
 // A program can send Ctrl+C only to a console that is its own: this one leaves its own for the moment.
@@ -142,15 +145,16 @@ void ChildProcess::Send(int signal) {
   if (signal != SIGINT && signal != SIGTERM) {
     throw std::runtime_error("Windows has no signal " + std::to_string(signal));
   }
-  if (Wait(Milliseconds(0))) {
-    return;
-  }
+  const auto sent = [this] {
+    return AttachConsole(state_->id) != 0 && SetConsoleCtrlHandler(IgnoreEvent, TRUE) != 0 &&
+           GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != 0;
+  };
   FreeConsole();
-  const bool sent = AttachConsole(state_->id) != 0 && SetConsoleCtrlHandler(IgnoreEvent, TRUE) != 0 &&
-                    GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0) != 0;
+  // A program that has only just been started has no console yet.
+  const bool done = WaitUntil([&] { return Wait(Milliseconds(0)) || sent(); }, std::chrono::seconds(10));
   FreeConsole();
   AttachConsole(ATTACH_PARENT_PROCESS);
-  if (!sent && !Wait(Milliseconds(0))) {
+  if (!done) {
     throw std::runtime_error("Ctrl+C could not be sent");
   }
 }
