@@ -154,7 +154,9 @@ TEST_F(SlpdControl, TimesOutAfterTheHintOfTheLastQuery) {
   services.Upcoming({{.current_state = kServiceStopPending, .wait_hint = 30000},
                      {.current_state = kServiceStopPending, .wait_hint = 30000},
                      {.current_state = kServiceStopPending, .wait_hint = 3500}});
-  EXPECT_EQ(agent.StopSLPD(), SResult::ERR_SLPD_WAIT_TIMEOUT);
+  EXPECT_THAT(agent.StopSLPD(),
+              SameResult(SResult(SResult::ERR_SLPD_WAIT_TIMEOUT, "",
+                                 kAgentName + "StopSLPD " + kAgentName + "WaitForServiceStatusChange")));
   EXPECT_THAT(clock.Sleeps(), ElementsAre(3000U, 1000U));
 }
 
