@@ -297,12 +297,16 @@ TEST_F(MulticastConvergence, BroadcastOnlyAsksTheBroadcastAddress) {
   PeerOptions options = AtPort("0.0.0.0");
   options.group = false;
   SlpPeer peer(Offering(kUrl), options);
-  EXPECT_EQ(FindServices(kType), kNothing);
   Set("net.slp.isBroadcastOnly", "true");
   Set("net.slp.broadcastAddr", "127.255.255.255");
   EXPECT_EQ(FindServices(kType), kFound);
   EXPECT_THAT(ResponderLists(peer), ElementsAre("", "127.0.0.1", "127.0.0.1"));
   EXPECT_TRUE(peer.requests()[0].message->header.request_multicast);
+  // Under Wine a socket that is bound to every address hears the groups that others have joined.
+  if (!kelsd::support::UnderWine()) {
+    Set("net.slp.isBroadcastOnly", "false");
+    EXPECT_EQ(FindServices(kType), kNothing);
+  }
 }
 
 struct ResultLimit {
