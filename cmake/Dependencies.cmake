@@ -20,7 +20,9 @@ target_include_directories(third_party_headers SYSTEM INTERFACE "${kelsd_headers
 
 add_library(asio INTERFACE)
 target_link_libraries(asio INTERFACE third_party_headers Threads::Threads)
-target_compile_definitions(asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED)
+# Left to itself Asio decides by the headers before it whether it takes memory by aligned_alloc, so sources that differ in
+# them would free what others allocated another way.
+target_compile_definitions(asio INTERFACE ASIO_STANDALONE ASIO_NO_DEPRECATED ASIO_DISABLE_STD_ALIGNED_ALLOC)
 if(WIN32)
   target_link_libraries(asio INTERFACE ws2_32 mswsock iphlpapi)
 endif()
