@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "net/addresses.h"
+
 namespace slp {
 
 NetworkList::NetworkList(const std::vector<std::string>& texts, std::vector<std::string>& unknown) {
@@ -13,9 +15,13 @@ NetworkList::NetworkList(const std::vector<std::string>& texts, std::vector<std:
 }
 
 bool NetworkList::Add(const std::string& text) {
-  const bool has_prefix = text.find('/') != std::string::npos;
+  const std::size_t slash = text.find('/');
+  const bool has_prefix = slash != std::string::npos;
   asio::error_code error;
   if (text.find(':') == std::string::npos) {
+    if (!ParseAddress(text.substr(0, slash))) {
+      return false;
+    }
     const auto network = asio::ip::make_network_v4(has_prefix ? text : text + "/32", error);
     if (!error) {
       v4_.push_back(network.canonical());

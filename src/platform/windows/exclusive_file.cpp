@@ -11,12 +11,28 @@ namespace {
 
 class SharedReadFile : public ExclusiveFile {
  public:
-  SharedReadFile(HANDLE handle, std::string name) : handle_(handle), name_(std::move(name)) {}
+  explicit SharedReadFile(std::string name) : name_(std::move(name)) {}
+  SharedReadFile(const SharedReadFile&) = delete;
+  SharedReadFile& operator=(const SharedReadFile&) = delete;
   ~SharedReadFile() override {
-    CloseHandle(handle_);
+    if (handle_ != INVALID_HANDLE_VALUE) {
+      CloseHandle(handle_);
+    }
     if (remove_) {
       RemoveIfEmpty();
     }
+  }
+
+  bool Open(bool& created) {
+    // With OPEN_ALWAYS a success leaves ERROR_ALREADY_EXISTS as the last error when the file was there.
+    SetLastError(ERROR_SUCCESS);
+    handle_ = CreateFileA(name_.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                          FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle_ == INVALID_HANDLE_VALUE) {
+      return false;
+    }
+    created = GetLastError() == ERROR_SUCCESS;
+    return true;
   }
 
   bool Read(std::string& content) override {
@@ -91,7 +107,7 @@ class SharedReadFile : public ExclusiveFile {
            SetEndOfFile(handle_) != 0;
   }
 
-  const HANDLE handle_;
+  HANDLE handle_ = INVALID_HANDLE_VALUE;
   const std::string name_;
   bool remove_ = false;
 };
@@ -99,15 +115,9 @@ class SharedReadFile : public ExclusiveFile {
 }  // namespace
 
 std::unique_ptr<ExclusiveFile> ExclusiveFile::Open(const std::string& name, bool& created) {
-  // With OPEN_ALWAYS a success leaves ERROR_ALREADY_EXISTS as the last error when the file was there.
-  SetLastError(ERROR_SUCCESS);
-  const HANDLE handle = CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) {
-    return nullptr;
-  }
-  created = GetLastError() == ERROR_SUCCESS;
-  return std::make_unique<SharedReadFile>(handle, name);
+  // All memory is taken before the file is opened, so that no handle is lost when there is none.
+  auto file = std::make_unique<SharedReadFile>(name);
+  return file->Open(created) ? std::move(file) : nullptr;
 }
 
 }  // namespace kelsd::platform
