@@ -14,13 +14,31 @@ namespace {
 
 class LockedFile : public ExclusiveFile {
  public:
-  LockedFile(int descriptor, std::string name) : descriptor_(descriptor), name_(std::move(name)) {}
+  explicit LockedFile(std::string name) : name_(std::move(name)) {}
+  LockedFile(const LockedFile&) = delete;
+  LockedFile& operator=(const LockedFile&) = delete;
   ~LockedFile() override {
+    if (descriptor_ < 0) {
+      return;
+    }
     // While the lock is held: whoever gets it next finds out that the file has gone.
     if (remove_) {
       unlink(name_.c_str());
     }
     close(descriptor_);
+  }
+
+  bool Open(bool& created) {
+    created = true;
+    descriptor_ = open(name_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    if (descriptor_ < 0 && errno == EEXIST) {
+      created = false;
+      descriptor_ = open(name_.c_str(), O_RDWR | O_CLOEXEC);
+    }
+    // The file may have been removed between opening and locking it.
+    struct stat entry {};
+    return descriptor_ >= 0 && flock(descriptor_, LOCK_EX | LOCK_NB) == 0 &&
+           fstat(descriptor_, &entry) == 0 && entry.st_nlink > 0;
   }
 
   bool Read(std::string& content) override {
@@ -86,7 +104,7 @@ class LockedFile : public ExclusiveFile {
     return false;
   }
 
-  const int descriptor_;
+  int descriptor_ = -1;
   const std::string name_;
   bool remove_ = false;
 };
@@ -94,22 +112,9 @@ class LockedFile : public ExclusiveFile {
 }  // namespace
 
 std::unique_ptr<ExclusiveFile> ExclusiveFile::Open(const std::string& name, bool& created) {
-  created = true;
-  int descriptor = open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
-  if (descriptor < 0 && errno == EEXIST) {
-    created = false;
-    descriptor = open(name.c_str(), O_RDWR | O_CLOEXEC);
-  }
-  if (descriptor < 0) {
-    return nullptr;
-  }
-  auto file = std::make_unique<LockedFile>(descriptor, name);
-  // The file may have been removed between opening and locking it.
-  struct stat entry {};
-  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0 || fstat(descriptor, &entry) != 0 || entry.st_nlink == 0) {
-    return nullptr;
-  }
-  return file;
+  // All memory is taken before the file is opened, so that no descriptor is lost when there is none.
+  auto file = std::make_unique<LockedFile>(name);
+  return file->Open(created) ? std::move(file) : nullptr;
 }
 
 }  // namespace kelsd::platform
