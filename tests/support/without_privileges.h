@@ -1,4 +1,5 @@
-// A test as a user without the administrator's rights, where there are such users (not on Windows). One thread.
+// A test as a user without the administrator's rights, where there are such users (not on Windows). One
+// thread.
 #pragma once
 
 #include <gtest/gtest.h>
