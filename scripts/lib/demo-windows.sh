@@ -3,7 +3,7 @@
 source scripts/lib/wine.sh
 
 # windows_program NAME [ARGUMENT...]: its lines end as they do here.
-windows_program() { wine "$PWD/build/windows/bin/$1.exe" "${@:2}" </dev/null | tr -d '\r'; }
+windows_program() { "${wine_command[@]}" "$PWD/build/windows/bin/$1.exe" "${@:2}" </dev/null | tr -d '\r'; }
 kelsd() { windows_program kelsd "$@"; }
 slpd() { windows_program slpd "$@"; }
 example_find_servers() { windows_program example_find_servers; }

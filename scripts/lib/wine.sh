@@ -1,5 +1,10 @@
 # A Wine prefix of the scripts' own: no display, nothing of the user's Wine, quiet. Sourced, not run.
 
+# The command that runs a Windows program, and whatever that starts. Wine needs a page at an address that Windows programs
+# expect; once in a thousand starts the system's random layout has put something else there.
+wine_command=(wine)
+if setarch -R true 2>/dev/null; then wine_command=(setarch -R wine); fi
+
 # enter_wine_prefix FOLDER: what this shell starts from here on runs in the prefix FOLDER, which is made if need be. Two
 # shells may do so at the same time. Nothing is left to do where the caller is in that prefix already.
 enter_wine_prefix() {
@@ -15,7 +20,7 @@ enter_wine_prefix() {
     # starts them a second time, and of two service managers one doesn't know the other's services. The server ends
     # a minute after the last program.
     if wineserver -p60 9>&-; then
-      wine cmd /c exit </dev/null >"$1/first-program.log" 2>&1 9>&-
+      "${wine_command[@]}" cmd /c exit </dev/null >"$1/first-program.log" 2>&1 9>&-
     fi
   ) 9>"$1/lock" 2>/dev/null
 }
