@@ -16,7 +16,7 @@ std::shared_ptr<StreamRequest> StreamRequest::Start(asio::io_context& io,
                                                     const asio::ip::tcp::endpoint& local,
                                                     const asio::ip::tcp::endpoint& peer, Bytes message,
                                                     std::chrono::milliseconds limit, Reply reply) {
-  const std::shared_ptr<StreamRequest> request(new StreamRequest(io, std::move(message), std::move(reply)));
+  std::shared_ptr<StreamRequest> request(new StreamRequest(io, std::move(message), std::move(reply)));
   request->deadline_.expires_after(limit);
   request->deadline_.async_wait([request](const asio::error_code& error) {
     if (!error) {

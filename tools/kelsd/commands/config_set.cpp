@@ -46,10 +46,10 @@ std::optional<std::string> WhyNot(const Assignment& assignment, bool client) {
 // What is wrong with the command line, none when all of it has become `assignments`.
 std::optional<std::string> Parse(const ConfigOptions& options, std::vector<Assignment>& assignments) {
   for (const std::string& text : options.assignments) {
-    if (const auto problem = ParseAssignment(text, assignments.emplace_back())) {
+    if (auto problem = ParseAssignment(text, assignments.emplace_back())) {
       return problem;
     }
-    if (const auto reason = WhyNot(assignments.back(), options.client)) {
+    if (auto reason = WhyNot(assignments.back(), options.client)) {
       return reason;
     }
   }
