@@ -59,7 +59,7 @@ std::string Explain(CLI::App& app, const CLI::ParseError& error) {
   const CLI::App& verb = DeepestVerb(app);
   std::string command = verb.get_name();
   for (const CLI::App* parent = verb.get_parent(); parent != nullptr; parent = parent->get_parent()) {
-    command = parent->get_name() + " " + command;
+    command.insert(0, parent->get_name() + " ");
   }
   const std::string help = "'" + command + " --help' explains";
   const std::vector<std::string> unexpected = app.remaining(true);

@@ -16,7 +16,7 @@ bool ErrorIsTerminal();
 class Utf8Output {
  public:
   Utf8Output();
-  ~Utf8Output();
+  ~Utf8Output();  // NOLINT(performance-trivially-destructible): it has work to do on Windows
   Utf8Output(const Utf8Output&) = delete;
   Utf8Output& operator=(const Utf8Output&) = delete;
 
