@@ -189,7 +189,8 @@ TEST_F(HandleCalls, WithoutALanguageThePropertyHolds) {
   SlpPeer peer([](const PeerRequest&) { return std::vector<PeerReply>(); }, AtPort());
   const auto language_of = [&](const char* language, const std::string& locale) {
     Set("net.slp.locale", locale);
-    Set("net.slp.unicastTimeouts", "20");
+    // Nobody answers, but a busy machine must have time to hear the request.
+    Set("net.slp.unicastTimeouts", "300");
     SLPHandle handle = nullptr;
     SLPOpen(language, SLP_FALSE, &handle);
     SLPAssociateIP(handle, "127.0.0.1");
