@@ -85,7 +85,8 @@ Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimi
                            OnMessage(message, sender);
                          }),
       timer_(io),
-      end_timer_(io) {}
+      end_timer_(io),
+      self_(this, [](Server*) {}) {}
 
 Server::~Server() {
   Stop();
@@ -173,9 +174,9 @@ void Server::End(std::function<void()> ended) {
     address_watch_.reset();
     directory_traffic_.Leave(clock_());
     end_timer_.expires_after(kLongestEnd);
-    end_timer_.async_wait([this](const asio::error_code& error) {
-      if (!error) {
-        FinishEnd();
+    end_timer_.async_wait([weak = std::weak_ptr(self_)](const asio::error_code& error) {
+      if (const auto self = weak.lock(); self && !error) {
+        self->FinishEnd();
       }
     });
     Settle();
@@ -260,7 +261,11 @@ void Server::Settle() {
   ArmTimer();
   if (ended_ != nullptr && directory_traffic_.left()) {
     // By way of the loop: whoever is at work here still uses the sockets.
-    asio::post(io_, [this] { FinishEnd(); });
+    asio::post(io_, [weak = std::weak_ptr(self_)] {
+      if (const auto self = weak.lock()) {
+        self->FinishEnd();
+      }
+    });
   }
 }
 
@@ -275,9 +280,9 @@ void Server::ArmTimer() {
     return;
   }
   timer_.expires_after(std::max(Instant(0), *next - clock_()));
-  timer_.async_wait([this](const asio::error_code& error) {
-    if (!error) {
-      Tick();
+  timer_.async_wait([weak = std::weak_ptr(self_)](const asio::error_code& error) {
+    if (const auto self = weak.lock(); self && !error) {
+      self->Tick();
     }
   });
 }

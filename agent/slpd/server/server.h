@@ -115,6 +115,9 @@ class Server : private MessageReceiver {
   std::vector<Interface> host_interfaces_;
   std::optional<Instant> host_interfaces_since_;
   std::unique_ptr<AddressWatch> address_watch_;
+  // Owns nothing. What waits in the loop holds it weakly: a wait that is over can't be cancelled any more, and its
+  // handler may come when the server is gone.
+  std::shared_ptr<Server> self_;
 };
 
 }  // namespace slp

@@ -143,6 +143,20 @@ TEST_F(ServerTest, WhatDoesNotFitADatagramIsThereOverTcp) {
   EXPECT_EQ(std::get<SrvRply>(decoded->body).urls.size(), kServices);
 }
 
+TEST_F(ServerTest, MayGoWhileATimerOfItsOwnIsAlreadyOver) {
+  asio::io_context io;
+  // Two timers are over when the loop looks first: this one, and the server's for its search for directory agents.
+  asio::steady_timer end(io, steady_clock::now());
+  auto server = std::make_unique<Server>(
+      io, log_, [] { return milliseconds(100'000); }, ConnectionLimits(), [] { return kBootTime; },
+      [] { return 0U; });
+  std::string reason;
+  ASSERT_TRUE(server->Start(configuration_, reason)) << reason;
+  end.async_wait([&](const asio::error_code&) { server.reset(); });
+  io.run_for(seconds(2));
+  EXPECT_TRUE(io.stopped());
+}
+
 TEST_F(ServerTest, AServiceGoesInTheSecondInWhichItsLifetimeEnds) {
   Start();
   ASSERT_EQ(Register(Udp(), "service:x://short", 5), Error::kOk);
