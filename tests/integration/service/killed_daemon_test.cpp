@@ -31,13 +31,15 @@ using KilledDaemon = ServiceTest;
 TEST_F(KilledDaemon, ComesBackWithAllServicesTwentyTimes) {
   ASSERT_THAT(CKelSLP::Initialize(), Succeeded());
   ASSERT_THAT(CKelSLPService::SetRegistrationCheckInterval(static_cast<int>(kInterval.count())), Succeeded());
+  // What a start takes that the application asks for: until both services are there and found.
   const auto before_start = steady_clock::now();
   ASSERT_THAT(CKelSLPService::StartSLPD(), Succeeded());
-  const milliseconds start_time = Since(before_start);
   for (const std::string& url : kUrls) {
     ASSERT_THAT(CKelSLPService::RegisterService(url, 300, std::map<std::string, std::string>(), {"tamro"}),
                 Succeeded());
   }
+  ASSERT_EQ(Find(kType), kUrls);
+  const milliseconds asked_start = Since(before_start);
   support::MachineDelay delay;
   for (int i = 0; i < kTimes; ++i) {
     // A service that has come back does so at a tick of the timer; each round kills later behind it.
@@ -47,14 +49,16 @@ TEST_F(KilledDaemon, ComesBackWithAllServicesTwentyTimes) {
     const auto killed_at = steady_clock::now();
     daemon().Kill();
     // A search while nobody serves takes seconds where the system doesn't tell that a port is closed.
-    ASSERT_TRUE(WaitUntil(2 * kInterval + start_time + kSlack,
-                          [&] { return DaemonStarts() > i + 1 && Find(kType) == kUrls; }))
-        << "round " << i;
+    ASSERT_TRUE(WaitUntil(2 * kInterval + asked_start + kSlack, [&] { return DaemonStarts() > i + 1; }));
+    const auto began_at = steady_clock::now();
+    ASSERT_TRUE(WaitUntil(kSlack, [&] { return DaemonPid() != 0; }));
+    const milliseconds start = Since(began_at);
+    ASSERT_TRUE(WaitUntil(kSlack, [&] { return Find(kType) == kUrls; })) << "round " << i;
     const milliseconds took = Since(killed_at);
     const milliseconds allowance = delay.Total() - delay_before;
-    EXPECT_LE(took.count(), (2 * kInterval + start_time + allowance).count())
-        << "round " << i << ", start " << start_time.count() << " ms, delay of the machine "
-        << allowance.count() << " ms";
+    EXPECT_LE(took.count(), (2 * kInterval + asked_start + start + allowance).count())
+        << "round " << i << ", first start " << asked_start.count() << " ms, this start " << start.count()
+        << " ms, delay of the machine " << allowance.count() << " ms";
   }
   EXPECT_EQ(DaemonStarts(), kTimes + 1);
 }
