@@ -94,15 +94,20 @@ Answer AnswerServiceAgentRequest(const RequestContext& context, const SrvRqst& r
 // 1. Only a directory agent answers with an advertisement. A service agent that is asked by unicast answers
 // as for any other service (RFC 2608 section 8.2): with the directory agents that it knows of where a program
 // of its own host asks, which then need not look for them itself, else with none.
-// 2. What is wrong with a request is told in the advertisement's error code (section 8.5). Scopes may be left
+// 2. In its first second other hosts don't hear of it; its own host's programs, which register nothing by
+// boot timestamps, do.
+// 3. What is wrong with a request is told in the advertisement's error code (section 8.5). Scopes may be left
 // out, but if there are some, one must be served (sections 11.2 and 12.1).
-// 3. The predicate is compared with the agent's attributes; where they don't satisfy it, there is no
+// 4. The predicate is compared with the agent's attributes; where they don't satisfy it, there is no
 // advertisement.
 Answer AnswerDirectoryAgentRequest(const RequestContext& context, const SrvRqst& request) {
   const AgentSettings& settings = context.settings;
   if (!settings.directory_agent) {
     return Reply{context.origin.own_host && !context.multicast ? KnownDirectoryAgents(context, request)
                                                                : SrvRply()};
+  }
+  if (context.now < settings.announced_from && !(context.origin.own_host && !context.multicast)) {
+    return Silence{"this start of the directory agent is not yet told from an earlier one"};
   }
   DaAdvert advert = MakeAdvertisement(settings, AdvertisedAddress(context));
   const Result<Predicate> predicate = Predicate::Parse(request.predicate);

@@ -38,7 +38,12 @@ struct AgentSettings {
   /// property: whoever owns the clock fills it in.
   std::uint32_t boot_timestamp = 0;
 
-  /// Everything but own_addresses and boot_timestamp.
+  /// From when on other hosts hear of this directory agent: not in the second that is its boot timestamp, so
+  /// that no other start of it, before or after, has told the same one (RFC 2608 section 12.1). No property:
+  /// whoever owns the clock fills it in.
+  Instant announced_from{0};
+
+  /// Everything but own_addresses, boot_timestamp and announced_from.
   static AgentSettings From(const Properties& properties);
 };
 

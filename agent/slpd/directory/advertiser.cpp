@@ -11,9 +11,9 @@ constexpr Seconds kFirstWaits[] = {Seconds(2), Seconds(4)};
 
 }  // namespace
 
-void Advertiser::Start(Seconds heartbeat, Instant now) {
+void Advertiser::Start(Seconds heartbeat, Instant first) {
   heartbeat_ = heartbeat;
-  next_ = now;
+  next_ = first;
   sent_ = 0;
 }
 

@@ -11,10 +11,10 @@ namespace slp {
 
 class Advertiser {
  public:
-  /// The role begins, or what is advertised has changed: due at once, then again after 2 and 4 seconds more,
-  /// since nobody acknowledges an advertisement and the next one is hours away; from then on at each heart
-  /// beat.
-  void Start(Seconds heartbeat, Instant now);
+  /// The role begins, or what is advertised has changed: due at `first`, then again after 2 and 4 seconds
+  /// more, since nobody acknowledges an advertisement and the next one is hours away; from then on at each
+  /// heart beat.
+  void Start(Seconds heartbeat, Instant first);
 
   /// The role has ended: nothing is due any more.
   void Stop() { next_.reset(); }

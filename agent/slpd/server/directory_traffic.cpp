@@ -42,7 +42,7 @@ void DirectoryTraffic::Apply(const AgentSettings& settings, const Properties& pr
   broadcast_only_ = properties.GetBool("net.slp.isBroadcastOnly");
   trace_ = properties.GetBool("net.slp.traceDATraffic");
   if (settings_.directory_agent) {
-    advertiser_.Start(settings_.heartbeat, now);
+    advertiser_.Start(settings_.heartbeat, std::max(now, settings_.announced_from));
   }
   std::vector<std::string> problems;
   client_.Apply(DirectoryClientSettings::From(properties, settings, problems), now);

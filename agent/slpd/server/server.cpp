@@ -15,6 +15,9 @@ namespace {
 // How long directory agents may take to acknowledge that the services of this host are gone.
 constexpr std::chrono::seconds kLongestEnd{2};
 
+// Boot timestamps count seconds: after so long the next start has another one.
+constexpr std::chrono::seconds kBootTimestampStep{1};
+
 // How long the list of the host's addresses is trusted while requests come in.
 constexpr std::chrono::seconds kInterfacesStayFor{5};
 
@@ -314,8 +317,10 @@ void Server::ApplySettings(const AgentSettings& settings) {
     boot_timestamp_ = 0;
   } else if (boot_timestamp_ == 0) {
     boot_timestamp_ = wall_clock_();
+    announced_from_ = clock_() + kBootTimestampStep;
   }
   complete.boot_timestamp = boot_timestamp_;
+  complete.announced_from = announced_from_;
   handler_->SetSettings(complete);
   events_.Configure(complete);
   directory_traffic_.Apply(complete, configuration_.properties, clock_());

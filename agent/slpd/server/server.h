@@ -100,6 +100,7 @@ class Server : private MessageReceiver {
   Clock clock_;
   WallClock wall_clock_;
   std::uint32_t boot_timestamp_ = 0;
+  Instant announced_from_{0};
   std::vector<std::uint32_t> processes_to_review_;
   Events events_;
   Registry registry_;

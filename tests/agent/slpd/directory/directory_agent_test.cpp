@@ -85,6 +85,23 @@ TEST(DirectoryAgentTest, TheAddressIsTheOneThatTheSenderReaches) {
   EXPECT_EQ(daemon.Ask(MakeSrvRqst(kAgentType), origin), ReplyOf(advert));
 }
 
+TEST(DirectoryAgentTest, OtherHostsHearOfItOnceItsBootTimestampIsItsOwn) {
+  DirectoryLogic daemon;
+  AgentSettings settings = DirectorySettings();
+  settings.announced_from = daemon.now + Instant(1);
+  daemon.handler.SetSettings(settings);
+  RequestOrigin own_group_member = kOwnHost;
+  own_group_member.transport = Transport::kUdpMulticast;
+  for (const RequestOrigin& origin : {kNeighbour, kGroupMember, own_group_member}) {
+    EXPECT_EQ(daemon.Ask(MakeSrvRqst(kAgentType), origin), std::nullopt) << origin.address;
+  }
+  EXPECT_EQ(daemon.Ask(MakeSrvRqst(kAgentType), kOwnHost), ReplyOf(Advert()));
+  daemon.now += Instant(1);
+  for (const RequestOrigin& origin : {kNeighbour, kGroupMember, own_group_member}) {
+    EXPECT_EQ(daemon.Ask(MakeSrvRqst(kAgentType), origin), ReplyOf(Advert())) << origin.address;
+  }
+}
+
 TEST(DirectoryAgentTest, WhatNobodyAskedForHasNoXid) {
   Message expected = MakeMessage(Advert());
   expected.header.xid = 0;
