@@ -41,6 +41,8 @@ constexpr std::string_view kFooter =
     "Examples:\n"
     "  slpd\n"
     "      Serves every network of this host at port 427; needs the administrator's rights for the port.\n"
+    "  slpd --user nobody\n"
+    "      The same, but gives these rights up once it has the port.\n"
     "  slpd --property net.slp.interfaces=127.0.0.1 --property net.slp.port=4270 --pidfile /tmp/slpd.pid\n"
     "      Try it out without rights and without any network.\n"
     "  slpd --config /etc/slp/slp.conf --check\n"
@@ -123,6 +125,12 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
                  "KELSD_SLPD_PIDFILE, "
                  "else /run/slpd.pid, without privileges slpd.pid in XDG_RUNTIME_DIR; without that none)")
       ->type_name("FILE");
+  app.add_option(
+         "--user", result.user,
+         "Linux, started as the administrator: become this user, of this group alone (default: the user's "
+         "own), once "
+         "the sockets are open, and keep no right but to bind ports below 1024")
+      ->type_name("NAME[:GROUP]");
   app.add_option("--property", properties, "Set a property over all files; may be given many times")
       ->type_name("KEY=VALUE")
       ->allow_extra_args(false);
@@ -162,6 +170,12 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
       return Usage(fault);
     }
     result.properties.emplace_back(key, value);
+  }
+  if (!result.user.empty() && (result.user.front() == ':' || result.user.back() == ':')) {
+    return Usage("--user: NAME or NAME:GROUP is wanted, not \"" + result.user + "\"");
+  }
+  if (!result.user.empty() && result.verb != Verb::kNone) {
+    return Usage("--user goes without a verb");
   }
   if (result.check && result.verb != Verb::kNone) {
     return Usage("--check goes without a verb");

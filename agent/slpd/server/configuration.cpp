@@ -1,15 +1,28 @@
 #include "slpd/server/configuration.h"
 
-#include <fstream>
+#include <filesystem>
 
 #include "properties/catalogue.h"
 
 namespace slp {
+namespace {
+
+// A file of which the system does not say that it is missing; whether it can be read turns out then.
+bool MayExist(const std::string& path) {
+  std::error_code ignored;
+  return !path.empty() &&
+         std::filesystem::status(path, ignored).type() != std::filesystem::file_type::not_found;
+}
+
+}  // namespace
 
 Configuration ReadConfiguration(const ConfigurationSources& sources, std::vector<std::string>& problems) {
   std::vector<PropertyProblem> in_files;
   Configuration configuration;
   configuration.properties = Properties::Load(sources.files, in_files);
+  if (MayExist(sources.files.global) && !configuration.properties.Get(kGlobalFileKey)) {
+    in_files.push_back({sources.files.global, 0, "cannot be opened"});
+  }
   if (!sources.files.environment.empty() && !configuration.properties.Get(kEnvironmentFileKey)) {
     in_files.push_back({sources.files.environment, 0, "cannot be opened"});
   }
@@ -29,7 +42,7 @@ Configuration ReadConfiguration(const ConfigurationSources& sources, std::vector
   std::string& registration_file = configuration.settings.registration_file;
   if (!sources.registration_file.empty()) {
     registration_file = sources.registration_file;
-  } else if (registration_file.empty() && std::ifstream(sources.default_registration_file)) {
+  } else if (registration_file.empty() && MayExist(sources.default_registration_file)) {
     registration_file = sources.default_registration_file;
   }
   return configuration;

@@ -50,21 +50,39 @@ ExitStatus Daemon::Fail(const std::string& reason) {
   return ExitStatus::kFailed;
 }
 
+FilesInUse Daemon::FilesOf(const Configuration& configuration) const {
+  const std::string& registrations = configuration.settings.registration_file;
+  return {{sources_.files.global, sources_.files.environment,
+           registrations.empty() ? sources_.default_registration_file : registrations},
+          command_line_.log_file};
+}
+
+void Daemon::TellObstacles(const Configuration& configuration) {
+  for (const std::string& obstacle : privileges_.Obstacles(FilesOf(configuration))) {
+    log_.Write(LogKind::kProblem, obstacle);
+  }
+}
+
 // Steps:
 // 1. Read the configuration; what is wrong in it is told once there is a log.
-// 2. Take the pid file's lock: only one daemon runs by it. Before the log, so that a second one leaves the
-// log
-//    of the first alone.
-// 3. Open the log.
-// 4. Start the server, which binds the sockets.
-// 5. Only then say, in the pid file and to the supervisor, that the daemon serves.
-// 6. Run until the order to stop.
+// 2. Make sure that the user whom the daemon shall become exists.
+// 3. Take the pid file's lock: only one daemon runs by it. Before the log, so that a second one leaves the
+//    log of the first alone.
+// 4. Open the log.
+// 5. Start the server, which binds the sockets.
+// 6. Give up what serving does not take. No request has been looked at yet.
+// 7. Only then say, in the pid file and to the supervisor, that the daemon serves.
+// 8. Run until the order to stop.
 ExitStatus Daemon::Run() {
   const std::int64_t start_time = SecondsSince1970();
   std::string reason;
   std::vector<std::string> problems;
   const Configuration configuration = ReadConfiguration(sources_, problems);
   supervisor_.OnProgress();
+  if (!privileges_.Prepare(command_line_.user, reason)) {
+    supervisor_.OnFailure(reason);
+    return ExitStatus::kFailed;
+  }
 
   const std::string pid_path = command_line_.pid_file.empty() ? DefaultPidFile() : command_line_.pid_file;
   if (!pid_path.empty()) {
@@ -92,6 +110,14 @@ ExitStatus Daemon::Run() {
   if (!server_.Start(configuration, reason)) {
     return Fail(reason);
   }
+  std::string rights;
+  if (!privileges_.GiveUp(FilesOf(configuration), rights)) {
+    return Fail(rights);
+  }
+  if (!rights.empty()) {
+    log_.Write(LogKind::kState, rights);
+  }
+  TellObstacles(configuration);
   if (!pid_path.empty() && !pid_file_.Announce(start_time)) {
     return Fail("cannot write the pid file " + pid_path);
   }
@@ -114,6 +140,7 @@ void Daemon::OnReload() {
   }
   std::vector<std::string> problems;
   const Configuration configuration = ReadConfiguration(sources_, problems);
+  TellObstacles(configuration);
   if (!problems.empty()) {
     for (const std::string& problem : problems) {
       log_.Write(LogKind::kProblem, problem);

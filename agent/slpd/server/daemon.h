@@ -10,6 +10,7 @@
 #include "slpd/server/configuration.h"
 #include "slpd/server/log.h"
 #include "slpd/server/pid_file.h"
+#include "slpd/server/privileges.h"
 #include "slpd/server/server.h"
 #include "slpd/server/supervisor.h"
 
@@ -28,6 +29,8 @@ class Daemon {
 
  private:
   ExitStatus Fail(const std::string& reason);
+  FilesInUse FilesOf(const Configuration& configuration) const;
+  void TellObstacles(const Configuration& configuration);
   void OnStop();
   void OnReload();
 
@@ -37,6 +40,7 @@ class Daemon {
   ConfigurationSources sources_;
   Log log_;
   PidFile pid_file_;
+  Privileges privileges_;
   Server server_;
 };
 

@@ -9,6 +9,7 @@
 #include "slpd/server/command_line.h"
 #include "slpd/server/daemon.h"
 #include "slpd/server/foreground.h"
+#include "slpd/server/privileges.h"
 #include "slpd/server/service.h"
 #include "slpd/server/signals.h"
 #include "slpd/server/trace.h"
@@ -19,6 +20,9 @@ namespace {
 ExitStatus Check(const CommandLine& command_line) {
   std::vector<std::string> problems;
   const Configuration configuration = ReadConfiguration(SourcesOf(command_line), problems);
+  if (std::string problem; !Privileges().Prepare(command_line.user, problem)) {
+    problems.push_back(problem);
+  }
   std::vector<PropertyProblem> in_registrations;
   Log log(std::cerr, [] { return std::chrono::system_clock::now(); });
   Trace events(log);

@@ -27,22 +27,23 @@ TEST(CommandLine, NothingGivenMeansDefaults) {
   const auto parsed = Parse({});
   const auto* const line = std::get_if<CommandLine>(&parsed);
   ASSERT_NE(line, nullptr);
-  EXPECT_EQ(line->config_file + line->registration_file + line->log_file + line->pid_file, "");
+  EXPECT_EQ(line->config_file + line->registration_file + line->log_file + line->pid_file + line->user, "");
   EXPECT_TRUE(line->properties.empty());
   EXPECT_FALSE(line->check);
   EXPECT_EQ(line->verb, Verb::kNone);
 }
 
 TEST(CommandLine, TakesFilesAndProperties) {
-  const auto parsed = Parse({"--config", "a", "--regfile=b", "--log", "c", "--pidfile", "d", "--property",
-                             "net.slp.port=4270", "--property", " net.slp.useScopes = a,b ", "--property",
-                             "net.slp.DAAttributes=(x=1)", "--check"});
+  const auto parsed = Parse({"--config", "a", "--regfile=b", "--log", "c", "--pidfile", "d", "--user", "e:f",
+                             "--property", "net.slp.port=4270", "--property", " net.slp.useScopes = a,b ",
+                             "--property", "net.slp.DAAttributes=(x=1)", "--check"});
   const auto* const line = std::get_if<CommandLine>(&parsed);
   ASSERT_NE(line, nullptr);
   EXPECT_EQ(line->config_file, "a");
   EXPECT_EQ(line->registration_file, "b");
   EXPECT_EQ(line->log_file, "c");
   EXPECT_EQ(line->pid_file, "d");
+  EXPECT_EQ(line->user, "e:f");
   EXPECT_THAT(line->properties, ElementsAre(Pair("net.slp.port", "4270"), Pair("net.slp.useScopes", "a,b"),
                                             Pair("net.slp.DAAttributes", "(x=1)")));
   EXPECT_TRUE(line->check);
@@ -84,6 +85,9 @@ TEST(CommandLine, WrongOnesSayWhatIsWrong) {
       {{"--nonsense"}, "slpd: The following argument was not expected: --nonsense ("},
       {{"install", "uninstall"}, "slpd: "},
       {{"install", "--check"}, "slpd: --check goes without a verb ("},
+      {{"--user", "a:"}, "slpd: --user: NAME or NAME:GROUP is wanted, not \"a:\" ("},
+      {{"--user", ":a"}, "slpd: --user: NAME or NAME:GROUP is wanted, not \":a\" ("},
+      {{"run", "--user", "a"}, "slpd: --user goes without a verb ("},
       {{"word"}, "slpd: The following argument was not expected: word ("},
   };
   for (const Row& row : rows) {
@@ -105,6 +109,7 @@ TEST(CommandLine, HelpNamesEveryOptionStatusAndAnExample) {
                                  "--regfile FILE",
                                  "--log FILE",
                                  "--pidfile FILE",
+                                 "--user NAME[:GROUP]",
                                  "--property KEY=VALUE",
                                  "--check",
                                  "--help-properties",

@@ -47,6 +47,13 @@ TEST_F(ConfigurationTest, AMissingGlobalFileIsNothingAMissingNamedOneIsAProblem)
   EXPECT_THAT(problems_, ElementsAre(folder_.File("missing") + ": cannot be opened"));
 }
 
+TEST_F(ConfigurationTest, AFileThatIsThereButCannotBeReadIsAProblem) {
+  // As a folder, which nobody can read as a file, the administrator neither.
+  sources_.files.global = folder_.File("");
+  EXPECT_EQ(Read().settings.registration_file, "");
+  EXPECT_THAT(problems_, ElementsAre(folder_.File("") + ": cannot be opened"));
+}
+
 TEST_F(ConfigurationTest, AValueThatIsNotAllowedIsToldWithFileAndLine) {
   sources_.files.environment =
       folder_.Write("slp.conf", "# comment\nnet.slp.port = many\nnet.slp.locale = de\n");
