@@ -16,7 +16,7 @@ constexpr const char* kDefaultLanguage = "en";
 
 /// The language of a handle for which none has been asked.
 std::string LanguageOfProcess() {
-  const std::string locale(Trim(ProcessProperties::Instance().Snapshot().GetString("net.slp.locale")));
+  const std::string locale(Trim(ProcessProperties::Instance().Snapshot()->GetString("net.slp.locale")));
   return IsValidLanguageTag(locale) ? locale : kDefaultLanguage;
 }
 

@@ -44,6 +44,7 @@ void ProcessProperties::Set(std::string_view key, std::string_view value) {
   if (IsReadOnlyProperty(key)) {
     return;
   }
+  loaded.snapshot.reset();
   if (!value.empty()) {
     loaded.own.insert_or_assign(std::string(key), std::string(value));
   } else if (const auto own = loaded.own.find(key); own != loaded.own.end()) {
@@ -60,14 +61,17 @@ bool ProcessProperties::SetApplicationFile(std::string path) {
   return true;
 }
 
-Properties ProcessProperties::Snapshot() {
+std::shared_ptr<const Properties> ProcessProperties::Snapshot() {
   const std::lock_guard lock(mutex_);
-  const Loaded& loaded = Load();
-  Properties properties = loaded.files;
-  for (const auto& [key, value] : loaded.own) {
-    properties.Set(key, value);
+  Loaded& loaded = Load();
+  if (!loaded.snapshot) {
+    Properties properties = loaded.files;
+    for (const auto& [key, value] : loaded.own) {
+      properties.Set(key, value);
+    }
+    loaded.snapshot = std::make_shared<const Properties>(std::move(properties));
   }
-  return properties;
+  return loaded.snapshot;
 }
 
 ProcessProperties::Loaded& ProcessProperties::Load() {
@@ -77,7 +81,7 @@ ProcessProperties::Loaded& ProcessProperties::Load() {
     // The client half has no log; what a file says wrongly is shown by the daemon and the tool, which read it
     // too.
     std::vector<PropertyProblem> problems;
-    loaded_.emplace(Loaded{Properties::Load(files, problems), {}});
+    loaded_.emplace(Loaded{Properties::Load(files, problems), {}, nullptr});
     has_been_loaded_ = true;
   }
   return *loaded_;

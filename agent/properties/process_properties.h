@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -45,13 +46,15 @@ class ProcessProperties {
   /// Names the application's file. False, and nothing changes, once properties have been loaded.
   bool SetApplicationFile(std::string path);
 
-  /// All values that are in use now, for the time of one request.
-  Properties Snapshot();
+  /// All values that are in use now, for the time of one request. The same object as long as nothing has
+  /// changed them.
+  std::shared_ptr<const Properties> Snapshot();
 
  private:
   struct Loaded {
     Properties files;
     std::map<std::string, std::string, std::less<>> own;
+    std::shared_ptr<const Properties> snapshot;  ///< null until it is asked for
   };
 
   // Both with the lock held.

@@ -85,11 +85,11 @@ TEST_F(ProcessPropertiesTest, EverySetCounts) {
 TEST_F(ProcessPropertiesTest, AValueThatCannotBeUsedIsReadAsItStandsAndNotUsed) {
   WriteGlobal("net.slp.MTU=abc");
   EXPECT_THAT(store_.Get("net.slp.MTU"), StrEq("abc"));
-  EXPECT_EQ(store_.Snapshot().GetInt("net.slp.MTU"), 1400);
-  EXPECT_EQ(store_.Snapshot().GetString("net.slp.MTU"), "1400");
+  EXPECT_EQ(store_.Snapshot()->GetInt("net.slp.MTU"), 1400);
+  EXPECT_EQ(store_.Snapshot()->GetString("net.slp.MTU"), "1400");
   store_.Set("net.slp.MTU", "800");
   EXPECT_THAT(store_.Get("net.slp.MTU"), StrEq("800"));
-  EXPECT_EQ(store_.Snapshot().GetInt("net.slp.MTU"), 800);
+  EXPECT_EQ(store_.Snapshot()->GetInt("net.slp.MTU"), 800);
   store_.Set("net.slp.MTU", "");
   EXPECT_THAT(store_.Get("net.slp.MTU"), StrEq("abc"));
 }
@@ -168,12 +168,29 @@ TEST_F(ProcessPropertiesTest, AReleaseTooManyDoesNothing) {
 TEST_F(ProcessPropertiesTest, SnapshotHoldsWhatHoldsNow) {
   WriteGlobal("net.slp.MTU=600\nnet.slp.port=1001");
   store_.Set("net.slp.MTU", "700");
-  const Properties snapshot = store_.Snapshot();
+  const Properties snapshot = *store_.Snapshot();
   store_.Set("net.slp.MTU", "800");
   EXPECT_EQ(snapshot.GetInt("net.slp.MTU"), 700);
   EXPECT_EQ(snapshot.GetInt("net.slp.port"), 1001);
   EXPECT_EQ(snapshot.GetInt("net.slp.multicastTTL"), 255);
-  EXPECT_EQ(store_.Snapshot().GetInt("net.slp.MTU"), 800);
+  EXPECT_EQ(store_.Snapshot()->GetInt("net.slp.MTU"), 800);
+}
+
+TEST_F(ProcessPropertiesTest, SnapshotIsTheSameUntilSomethingChanges) {
+  store_.Acquire();
+  const auto first = store_.Snapshot();
+  EXPECT_EQ(store_.Snapshot(), first);
+  store_.Set("net.slp.MTU", "800");
+  const auto second = store_.Snapshot();
+  EXPECT_NE(second, first);
+  store_.Set("net.slp.OpenSLPVersion", "9");  // read-only
+  EXPECT_EQ(store_.Snapshot(), second);
+  store_.Set("net.slp.MTU", "");
+  const auto third = store_.Snapshot();
+  EXPECT_NE(third, second);
+  EXPECT_EQ(third->values(), first->values());
+  store_.Release();
+  EXPECT_NE(store_.Snapshot(), third);
 }
 
 TEST(ProcessPropertiesInstanceTest, IsOne) {

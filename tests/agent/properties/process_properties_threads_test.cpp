@@ -73,7 +73,7 @@ TEST(ProcessPropertiesThreadsTest, SnapshotsAreOfOneMoment) {
       if (index == 0) {
         store.Set("net.slp.port", std::to_string(1000 + round));
       } else {
-        const int port = store.Snapshot().GetInt("net.slp.port");
+        const int port = store.Snapshot()->GetInt("net.slp.port");
         wrong += port != 427 && (port < 1000 || port >= 1000 + kRounds);
       }
     }
