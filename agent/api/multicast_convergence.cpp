@@ -180,7 +180,7 @@ class Convergence {
     if (!encoded) {
       return;
     }
-    const Exchange exchange = ExchangeByStream(io_, {sender, settings_.port}, request_, encoded.value(),
+    const Exchange exchange = ExchangeByStream({sender, settings_.port}, request_, encoded.value(),
                                                deadline_.Within(settings_.unicast.maximum));
     if (exchange.end == Exchange::End::kReplied && ReplyError(*exchange.reply) == Error::kOk) {
       wanted_ = sink_(*exchange.reply);

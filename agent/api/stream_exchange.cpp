@@ -1,6 +1,7 @@
 #include "api/stream_exchange.h"
 
 #include <algorithm>
+#include <asio/io_context.hpp>
 #include <cstddef>
 
 #include "api/request_message.h"
@@ -52,8 +53,9 @@ Status ReadMessage(StreamConnection& connection, Bytes& bytes, const Deadline& d
 
 }  // namespace
 
-Exchange ExchangeByStream(asio::io_context& io, const StreamPeer& peer, const Message& request,
+Exchange ExchangeByStream(const StreamPeer& peer, const Message& request,
                           std::span<const std::uint8_t> encoded, const Deadline& deadline) {
+  asio::io_context io;
   StreamConnection connection(io);
   Status status = connection.Connect({peer.address, peer.port}, deadline);
   if (status != Status::kDone) {

@@ -2,7 +2,6 @@
 // fails or the deadline passes. Any thread.
 #pragma once
 
-#include <asio/io_context.hpp>
 #include <asio/ip/address_v4.hpp>
 #include <cstdint>
 #include <span>
@@ -18,7 +17,7 @@ struct StreamPeer {
 };
 
 /// `encoded` is `request` as bytes. Messages on the connection that are not the reply are passed over.
-Exchange ExchangeByStream(asio::io_context& io, const StreamPeer& peer, const Message& request,
+Exchange ExchangeByStream(const StreamPeer& peer, const Message& request,
                           std::span<const std::uint8_t> encoded, const Deadline& deadline);
 
 }  // namespace slp::client

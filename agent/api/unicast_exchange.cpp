@@ -7,21 +7,21 @@
 
 #include "api/request_message.h"
 #include "api/stream_exchange.h"
-#include "net/datagram_socket.h"
+#include "net/unicast_socket.h"
 #include "wire/codec.h"
 
 namespace slp::client {
 namespace {
 
 using End = Exchange::End;
-using Received = DatagramSocket::Received;
+using Received = UnicastSocket::Received;
 
 /// Datagrams that are taken between two looks at the clock, so that a flood cannot outlast the time.
 constexpr int kDatagramsPerLook = 64;
 
 /// The reply if it comes by `limit`; kTimedOut when it has not.
-Exchange AwaitReply(DatagramSocket& socket, const Message& request, const Deadline& limit) {
-  DatagramSocket::Datagram datagram;
+Exchange AwaitReply(UnicastSocket& socket, const Message& request, const Deadline& limit) {
+  std::span<const std::uint8_t> datagram;
   do {
     if (!WaitUntilReady(socket.native_handle(), AwaitedSocket::For::kReading, limit.Remaining())) {
       continue;
@@ -37,7 +37,7 @@ Exchange AwaitReply(DatagramSocket& socket, const Message& request, const Deadli
       if (received == Received::kNothing) {
         break;
       }
-      std::optional<Message> reply = ReadReply(datagram.bytes, request);
+      std::optional<Message> reply = ReadReply(datagram, request);
       if (reply && ReplyError(*reply) != Error::kDaBusyNow) {
         return Exchange::Replied(std::move(*reply));
       }
@@ -46,10 +46,9 @@ Exchange AwaitReply(DatagramSocket& socket, const Message& request, const Deadli
   return {End::kTimedOut, std::nullopt};
 }
 
-Exchange ExchangeByDatagrams(asio::io_context& io, const StreamPeer& peer, const Message& request,
-                             const Bytes& encoded, const RequestSettings::Waits& waits,
-                             const Deadline& deadline) {
-  std::optional<DatagramSocket> socket = DatagramSocket::ConnectedTo(io, {peer.address, peer.port});
+Exchange ExchangeByDatagrams(const StreamPeer& peer, const Message& request, const Bytes& encoded,
+                             const RequestSettings::Waits& waits, const Deadline& deadline) {
+  std::optional<UnicastSocket> socket = UnicastSocket::ConnectedTo({peer.address, peer.port});
   if (!socket) {
     return {End::kFailed, std::nullopt};
   }
@@ -76,15 +75,14 @@ Exchange ExchangeWith(const asio::ip::address_v4& peer, const Message& request,
   const RequestSettings& settings = context.settings;
   const Deadline deadline(context.environment.clock, settings.unicast.maximum);
   const StreamPeer target{peer, settings.port};
-  asio::io_context io;
   if (encoded->size() > settings.mtu) {
-    return ExchangeByStream(io, target, request, *encoded, deadline);
+    return ExchangeByStream(target, request, *encoded, deadline);
   }
-  Exchange exchange = ExchangeByDatagrams(io, target, request, *encoded, settings.unicast, deadline);
+  Exchange exchange = ExchangeByDatagrams(target, request, *encoded, settings.unicast, deadline);
   if (exchange.end != End::kReplied || !exchange.reply->header.overflow) {
     return exchange;
   }
-  exchange = ExchangeByStream(io, target, request, *encoded, deadline);
+  exchange = ExchangeByStream(target, request, *encoded, deadline);
   // An agent that has just answered runs; it does not take connections.
   return exchange.end == End::kRefused ? Exchange{End::kFailed, std::nullopt} : exchange;
 }

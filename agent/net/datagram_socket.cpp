@@ -54,30 +54,10 @@ std::optional<DatagramSocket> DatagramSocket::ForBroadcast(asio::io_context& con
   return ready ? std::optional(std::move(opened)) : std::nullopt;
 }
 
-std::optional<DatagramSocket> DatagramSocket::ConnectedTo(asio::io_context& context,
-                                                          const asio::ip::udp::endpoint& peer) {
-  DatagramSocket opened(context);
-  asio::ip::udp::socket& socket = opened.socket_;
-  const bool ready = Succeeds([&](auto& error) { socket.open(asio::ip::udp::v4(), error); },
-                              [&](auto& error) { socket.connect(peer, error); },
-                              [&](auto& error) { socket.non_blocking(true, error); });
-  return ready ? std::optional(std::move(opened)) : std::nullopt;
-}
-
 bool DatagramSocket::SendTo(std::span<const std::uint8_t> bytes, const asio::ip::udp::endpoint& to) {
   asio::error_code error;
   socket_.send_to(asio::buffer(bytes.data(), bytes.size()), to, 0, error);
   return !error;
-}
-
-bool DatagramSocket::Send(std::span<const std::uint8_t> bytes) {
-  asio::error_code error;
-  const auto content = asio::buffer(bytes.data(), bytes.size());
-  socket_.send(content, 0, error);
-  if (IsRefusal(error)) {
-    socket_.send(content, 0, error);
-  }
-  return !error || IsRefusal(error);
 }
 
 DatagramSocket::Received DatagramSocket::Receive(Datagram& datagram) {

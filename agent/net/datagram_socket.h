@@ -1,5 +1,5 @@
-// A datagram socket from which requests are sent. Nothing blocks; waiting is WaitUntilReady's. One thread at
-// a time.
+// A datagram socket from which requests are sent to many. Nothing blocks; waiting is WaitUntilReady's. One
+// thread at a time.
 #pragma once
 
 #include <asio/io_context.hpp>
@@ -22,7 +22,7 @@ class DatagramSocket {
   enum class Received {
     kDatagram,
     kNothing,
-    kRefused,  ///< a connected socket's peer does not listen, or its host cannot be reached
+    kRefused,  ///< the system says that a host which was sent to cannot be reached, or does not listen
     kFailed,   ///< the socket is of no use any more
   };
 
@@ -33,13 +33,9 @@ class DatagramSocket {
   /// May send to broadcast addresses; they leave by the interface of `local`.
   static std::optional<DatagramSocket> ForBroadcast(asio::io_context& context,
                                                     const asio::ip::address_v4& local);
-  /// Hears `peer` alone, and that it refuses.
-  static std::optional<DatagramSocket> ConnectedTo(asio::io_context& context,
-                                                   const asio::ip::udp::endpoint& peer);
 
   /// False when the system took nothing. A refusal, which is about an earlier datagram, does not count.
   bool SendTo(std::span<const std::uint8_t> bytes, const asio::ip::udp::endpoint& to);
-  bool Send(std::span<const std::uint8_t> bytes);
 
   Received Receive(Datagram& datagram);
 

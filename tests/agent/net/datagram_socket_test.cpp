@@ -10,7 +10,6 @@ namespace slp {
 namespace {
 
 using asio::ip::udp;
-using Received = DatagramSocket::Received;
 using namespace std::chrono_literals;
 
 const auto kLoopback = asio::ip::address_v4::loopback();
@@ -21,12 +20,6 @@ class DatagramSocketTest : public testing::Test {
   DatagramSocketTest() { EXPECT_FALSE(OpenUnicastSocket(peer_, {kLoopback, 0}, 1)); }
 
   std::uint16_t port() { return peer_.local_endpoint().port(); }
-
-  /// What `socket` gets within two seconds.
-  static Received Await(DatagramSocket& socket, DatagramSocket::Datagram& datagram) {
-    WaitUntilReady(socket.native_handle(), AwaitedSocket::For::kReading, 2s);
-    return socket.Receive(datagram);
-  }
 
   /// What reaches `socket` within two seconds, and its sender.
   static std::vector<std::uint8_t> Arrival(udp::socket& socket, udp::endpoint& from) {
@@ -40,36 +33,6 @@ class DatagramSocketTest : public testing::Test {
   asio::io_context io_;
   udp::socket peer_{io_};
 };
-
-TEST_F(DatagramSocketTest, SendsAndReceivesAlsoNothing) {
-  auto socket = DatagramSocket::ConnectedTo(io_, {kLoopback, port()});
-  ASSERT_TRUE(socket);
-  DatagramSocket::Datagram datagram;
-  EXPECT_EQ(socket->Receive(datagram), Received::kNothing);
-  ASSERT_TRUE(socket->Send(kContent));
-  udp::endpoint from;
-  EXPECT_EQ(Arrival(peer_, from), kContent);
-  peer_.send_to(asio::buffer(kContent), from);
-  EXPECT_EQ(Await(*socket, datagram), Received::kDatagram);
-  EXPECT_EQ(datagram.bytes, kContent);
-  EXPECT_EQ(datagram.from, peer_.local_endpoint());
-  peer_.send_to(asio::buffer(kContent, 0), from);
-  EXPECT_EQ(Await(*socket, datagram), Received::kDatagram);
-  EXPECT_TRUE(datagram.bytes.empty());
-}
-
-TEST_F(DatagramSocketTest, ARefusalIsNoticed) {
-  if (kelsd::support::UnderWine()) {
-    GTEST_SKIP() << kelsd::support::kRefusalsUnheard;
-  }
-  const std::uint16_t free_port = port();
-  peer_.close();
-  auto socket = DatagramSocket::ConnectedTo(io_, {kLoopback, free_port});
-  ASSERT_TRUE(socket);
-  ASSERT_TRUE(socket->Send(kContent));
-  DatagramSocket::Datagram datagram;
-  EXPECT_EQ(Await(*socket, datagram), Received::kRefused);
-}
 
 TEST_F(DatagramSocketTest, MulticastReachesTheGroupOnItsInterface) {
   udp::socket group(io_);
