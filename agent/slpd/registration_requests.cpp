@@ -32,8 +32,8 @@ Result<std::uint32_t> BoundProcess(const RequestContext& context, const std::str
 
 /// kOk when the sender may change what is registered under `url`. The own host may, whatever its URLs name.
 /// Other hosts may with a directory agent, when they stand in one of its networks, and by
-/// net.slp.checkSourceAddr only what names no address but theirs; a host's name can be compared with no
-/// sender.
+/// net.slp.checkSourceAddr only what names no address but theirs and what nobody but they have registered: a
+/// host's name can be compared with no sender, but whoever came first with it can.
 Error CheckSender(const RequestContext& context, const std::string& url) {
   if (context.origin.own_host) {
     return Error::kOk;
@@ -41,9 +41,14 @@ Error CheckSender(const RequestContext& context, const std::string& url) {
   if (!context.settings.directory_agent || !context.origin.own_network) {
     return Error::kMessageNotSupported;
   }
+  if (!context.settings.check_source_address) {
+    return Error::kOk;
+  }
   const Result<ServiceUrl> parsed = ParseServiceUrl(url);
   const bool names_another = parsed && IsIpv4Address(parsed->host) && parsed->host != context.origin.address;
-  return context.settings.check_source_address && names_another ? Error::kInvalidRegistration : Error::kOk;
+  return names_another || context.registry.OthersHave(url, context.origin.address)
+             ? Error::kInvalidRegistration
+             : Error::kOk;
 }
 
 /// Whether the sender may have one registration more, or this one already is its own.

@@ -185,6 +185,16 @@ bool Registry::Knows(std::string_view url) const {
   return store_->services.FindUrl(url) != kNoEntry;
 }
 
+bool Registry::OthersHave(std::string_view url, std::string_view host) const {
+  const ServiceStore& services = store_->services;
+  for (EntryId id = services.FindUrl(url); id != kNoEntry; id = services[id].next_variant) {
+    if (services[id].View().host != host) {
+      return true;
+    }
+  }
+  return false;
+}
+
 void Registry::ForEach(const std::function<void(const RegistrationView&)>& visit) const {
   const ServiceStore& services = store_->services;
   for (EntryId id = 0; id != services.end(); ++id) {

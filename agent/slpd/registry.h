@@ -116,6 +116,9 @@ class Registry {
   /// Whether anything is registered under the URL, in whatever language.
   bool Knows(std::string_view url) const;
 
+  /// Whether anything is registered under the URL, in whatever language, by anyone but this other host.
+  bool OthersHave(std::string_view url, std::string_view host) const;
+
   /// All registrations, in no particular order.
   void ForEach(const std::function<void(const RegistrationView&)>& visit) const;
 

@@ -145,15 +145,92 @@ TEST(DirectoryAgentTest, TakesTheServicesOfItsNetworks) {
       const Error expected = check ? row.checked : row.unchecked;
       EXPECT_EQ(daemon.Ask(FreshFrom(row.url), row.origin), ReplyOf(SrvAck{expected})) << row.url << check;
       EXPECT_EQ(daemon.registry.size(), expected == Error::kOk ? 1U : 0U) << row.url << check;
-      ASSERT_EQ(daemon.Register(MakeSrvReg(row.url, "service:x")), Error::kOk);
+      if (expected != Error::kOk) {
+        ASSERT_EQ(daemon.Register(MakeSrvReg(row.url, "service:x")), Error::kOk);
+      }
       EXPECT_EQ(daemon.Ask(Gone(row.url), row.origin), ReplyOf(SrvAck{expected})) << row.url << check;
       EXPECT_EQ(daemon.registry.size(), expected == Error::kOk ? 0U : 1U) << row.url << check;
     }
   }
 }
 
+constexpr const char* kNamed = "service:x://some.name";
+
+/// A fresh registration, an update, a new language and both kinds of deregistration.
+std::vector<Message> Changes() {
+  Message german = FreshFrom(kNamed);
+  german.header.language = "de";
+  return {FreshFrom(kNamed), MakeMessage(MakeSrvReg(kNamed, "service:x", "(a=2)")), german,
+          MakeMessage(SrvDereg{"DEFAULT", {0, kNamed, {}}, "a"}), Gone(kNamed)};
+}
+
+/// Who has registered something, who comes to change it, and whether that goes.
+struct OwnerCase {
+  RequestOrigin owner;
+  RequestOrigin sender;
+  bool changes;
+};
+
+std::vector<OwnerCase> OwnerCases() {
+  RequestOrigin other_neighbour = kNeighbour;
+  other_neighbour.address = "10.0.0.8";
+  RequestOrigin own_address = kOwnHost;
+  own_address.address = "10.0.0.1";
+  RequestOrigin by_stream = kNeighbour;
+  by_stream.transport = Transport::kTcp;
+  return {
+      {kOwnHost, kOwnHost, true},    {kOwnHost, own_address, true},        {own_address, kOwnHost, true},
+      {kOwnHost, kNeighbour, false}, {own_address, by_stream, false},      {kNeighbour, kNeighbour, true},
+      {kNeighbour, by_stream, true}, {kNeighbour, other_neighbour, false}, {kNeighbour, kOwnHost, true},
+  };
+}
+
+TEST(DirectoryAgentTest, OnlyWhoMadeARegistrationAndTheOwnHostChangeIt) {
+  for (const OwnerCase& row : OwnerCases()) {
+    for (const Message& change : Changes()) {
+      for (const bool check : {true, false}) {
+        DirectoryLogic daemon;
+        daemon.CheckSourceAddress(check);
+        Message first = MakeMessage(MakeSrvReg(kNamed, "service:x", "(a=1)"));
+        first.header.fresh = true;
+        ASSERT_EQ(daemon.Ask(first, row.owner), ReplyOf(SrvAck{}));
+        static_cast<void>(daemon.events.Take());
+        const bool changes = row.changes || !check;
+        EXPECT_EQ(daemon.Ask(change, row.sender),
+                  ReplyOf(SrvAck{changes ? Error::kOk : Error::kInvalidRegistration}, change.header.language))
+            << row.owner.address << ' ' << row.sender.address << check;
+        // What came in, what happened, what went out.
+        EXPECT_EQ(daemon.events.Take().size(), changes ? 3U : 2U);
+      }
+    }
+  }
+}
+
+TEST(DirectoryAgentTest, WhatTheFileRegistersIsTheOwnHosts) {
+  DirectoryLogic daemon;
+  Registration registration = MakeRegistration(kNamed, "service:x");
+  registration.source = RegistrationSource::kFile;
+  ASSERT_EQ(daemon.registry.Register(registration, daemon.now), Error::kOk);
+  for (const Message& change : {FreshFrom(kNamed), Gone(kNamed)}) {
+    EXPECT_EQ(daemon.Ask(change), ReplyOf(SrvAck{Error::kInvalidRegistration}));
+  }
+  EXPECT_EQ(daemon.registry.Find(kNamed, "en")->source, RegistrationSource::kFile);
+}
+
+TEST(DirectoryAgentTest, WhatHasEndedIsNobodysAnyMore) {
+  DirectoryLogic daemon;
+  RequestOrigin other_neighbour = kNeighbour;
+  other_neighbour.address = "10.0.0.8";
+  ASSERT_EQ(daemon.Ask(FreshFrom(kNamed)), ReplyOf(SrvAck{}));
+  daemon.now += Seconds(3601);
+  EXPECT_EQ(daemon.Ask(FreshFrom(kNamed), other_neighbour), ReplyOf(SrvAck{}));
+  EXPECT_EQ(daemon.Ask(Gone(kNamed), other_neighbour), ReplyOf(SrvAck{}));
+  EXPECT_EQ(daemon.Ask(FreshFrom(kNamed)), ReplyOf(SrvAck{}));
+}
+
 TEST(DirectoryAgentTest, RemembersWhoseServicesTheyAre) {
   DirectoryLogic daemon;
+  daemon.CheckSourceAddress(false);
   RequestOrigin agent_of_this_host = kOwnHost;
   agent_of_this_host.address = "127.0.0.9";
   RequestOrigin own_address = kOwnHost;
