@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 #include <variant>
 
 #include "text/fold.h"
@@ -9,12 +10,35 @@
 namespace slp {
 namespace {
 
+/// Stands where the normal form of a value would.
+constexpr std::string_view kKeyword = "k";
+
+/// Most significant byte first, so that the bytes have the order of the numbers.
+std::string BigEndian(std::uint32_t number) {
+  std::string bytes;
+  for (const int shift : {24, 16, 8, 0}) {
+    bytes += static_cast<char>(static_cast<unsigned char>(number >> shift));
+  }
+  return bytes;
+}
+
 struct NormalForm {
-  std::string operator()(const std::string& text) const { return 's' + Fold(text); }
-  std::string operator()(std::int32_t number) const { return 'i' + std::to_string(number); }
-  std::string operator()(bool truth) const { return truth ? "b1" : "b0"; }
-  std::string operator()(const Opaque& bytes) const { return 'o' + std::string(bytes.begin(), bytes.end()); }
+  std::string operator()(const std::string& text) const { return kStringForm + Fold(text); }
+  std::string operator()(std::int32_t number) const {
+    // The negative ones before the others.
+    return kIntegerForm + BigEndian(static_cast<std::uint32_t>(number) ^ 0x80000000U);
+  }
+  std::string operator()(bool truth) const { return {kBooleanForm, truth ? '1' : '0'}; }
+  std::string operator()(const Opaque& bytes) const {
+    return kOpaqueForm + std::string(bytes.begin(), bytes.end());
+  }
 };
+
+ValueKey MakeKey(std::string text) {
+  const std::uint64_t hash = std::hash<std::string>{}(text);
+  text.resize(CutKeyText(text).size());
+  return {static_cast<std::uint32_t>(hash ^ (hash >> 32)), std::move(text)};
+}
 
 }  // namespace
 
@@ -22,22 +46,30 @@ std::string ValueNormalForm(const AttributeValue& value) {
   return std::visit(NormalForm{}, value.content);
 }
 
-std::uint32_t AttributeKey(std::uint32_t type, std::string_view folded_tag, const AttributeValue& value) {
-  std::string text = std::to_string(type);
-  text += '=';
+std::string AttributeKeyStart(std::uint32_t type, std::string_view folded_tag) {
+  std::string text = BigEndian(type);
   text += folded_tag;
-  text += '=';
-  text += ValueNormalForm(value);
-  const std::uint64_t hash = std::hash<std::string>{}(text);
-  return static_cast<std::uint32_t>(hash ^ (hash >> 32));
+  text += '\0';
+  return text;
 }
 
-std::vector<std::uint32_t> AttributeKeys(std::uint32_t type, const AttributeList& attributes) {
-  std::vector<std::uint32_t> keys;
+std::string_view CutKeyText(std::string_view text) {
+  return text.substr(0, kLongestKeyText);
+}
+
+ValueKey AttributeKey(std::uint32_t type, std::string_view folded_tag, const AttributeValue& value) {
+  return MakeKey(AttributeKeyStart(type, folded_tag) + ValueNormalForm(value));
+}
+
+std::vector<ValueKey> AttributeKeys(std::uint32_t type, const AttributeList& attributes) {
+  std::vector<ValueKey> keys;
   for (const Attribute& attribute : attributes.items()) {
-    const std::string tag = Fold(attribute.tag);
+    const std::string start = AttributeKeyStart(type, Fold(attribute.tag));
+    if (attribute.IsKeyword()) {
+      keys.push_back(MakeKey(start + std::string(kKeyword)));
+    }
     for (const AttributeValue& value : attribute.values) {
-      keys.push_back(AttributeKey(type, tag, value));
+      keys.push_back(MakeKey(start + ValueNormalForm(value)));
     }
   }
   std::sort(keys.begin(), keys.end());

@@ -1,4 +1,4 @@
-// Narrows a search among the services of one type to those that the equality index knows can match. Pure
+// Narrows a search among the services of one type to those that the value index knows can match. Pure
 // functions over an index that nobody changes meanwhile; any thread.
 #pragma once
 
@@ -12,15 +12,16 @@
 
 namespace slp {
 
-/// Every service that can match stands under one of the keys.
+/// Every service that can match has one of the values.
 struct CandidatePlan {
-  std::vector<std::uint32_t> keys;
-  std::size_t count = 0;  ///< services under the keys; one that stands under two of them counts twice
+  std::vector<ValueIndex::ValueId> values;
+  std::size_t count = 0;  ///< services that have them; one that has two of them counts twice
 };
 
-/// The plan for the services of `type`, as AttributeKey names it; none when the index cannot tell and all
+/// The plan for the services of `type`, as AttributeKey names it, if it has fewer than `limit` candidates;
+/// none when it has more, or the index cannot tell with less work than `limit` services are: then all
 /// services of the type have to be looked at.
 std::optional<CandidatePlan> PlanCandidates(const PredicateNode& node, std::uint32_t type,
-                                            const ValueIndex& values);
+                                            const ValueIndex& values, std::size_t limit);
 
 }  // namespace slp

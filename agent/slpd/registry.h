@@ -40,8 +40,8 @@ class Registry {
   struct Capacity {
     std::size_t registrations = 1'000'000;
     std::size_t text_bytes = std::size_t{512} * 1024 * 1024;  ///< URLs, types and attributes
-    std::size_t values = 16'000'000;                          ///< attribute values that are indexed
-    std::size_t languages_per_url = 64;                       ///< each is looked at for each of the others
+    std::size_t values = 16'000'000;     ///< attribute values that are indexed; a keyword counts as one
+    std::size_t languages_per_url = 64;  ///< each is looked at for each of the others
   };
 
   /// `events` must outlive the registry.

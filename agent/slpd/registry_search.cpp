@@ -59,13 +59,15 @@ std::vector<EntryId> Candidates(const SelectedType& selected, const PredicateNod
                                 const ServiceStore& services) {
   std::vector<EntryId> candidates;
   const std::optional<CandidatePlan> plan =
-      predicate == nullptr ? std::nullopt
-                           : PlanCandidates(*predicate, selected.type->serial, services.values());
-  if (plan && plan->count < selected.entries) {
-    for (const std::uint32_t key : plan->keys) {
-      services.values().Collect(key, candidates);
+      predicate == nullptr
+          ? std::nullopt
+          : PlanCandidates(*predicate, selected.type->serial, services.values(), selected.entries);
+  if (plan) {
+    candidates.reserve(plan->count);
+    for (const ValueIndex::ValueId value : plan->values) {
+      services.values().Collect(value, candidates);
     }
-    if (plan->keys.size() > 1) {
+    if (plan->values.size() > 1) {
       std::sort(candidates.begin(), candidates.end());
       candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     }

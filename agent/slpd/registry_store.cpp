@@ -73,7 +73,7 @@ bool Registry::Store::HasRoom(const Registration& registration, const AttributeL
   }
   std::size_t values = 0;
   for (const Attribute& attribute : attributes.items()) {
-    values += attribute.values.size();
+    values += attribute.IsKeyword() ? 1 : attribute.values.size();
   }
   return other_services < capacity.registrations && other_languages < capacity.languages_per_url &&
          other_values + values <= capacity.values &&

@@ -1,13 +1,15 @@
 #include "slpd/value_index.h"
 
+#include <algorithm>
+
 namespace slp {
 
-ValueIndex::ValueIndex() : buckets_(16, kNone) {}
+ValueIndex::ValueIndex() : order_([this](ValueId value) { return TextOf(value); }), buckets_(16, kNone) {}
 
-ValueIndex::Chain ValueIndex::Add(EntryId entry, const std::vector<std::uint32_t>& keys) {
+ValueIndex::Chain ValueIndex::Add(EntryId entry, const std::vector<ValueKey>& keys) {
   Chain chain = kNoChain;
-  for (const std::uint32_t key : keys) {
-    const std::uint32_t value_id = FindOrAddValue(key);
+  for (const ValueKey& key : keys) {
+    const ValueId value_id = FindOrAddValue(key);
     std::uint32_t id = free_posting_;
     if (id == kNone) {
       id = static_cast<std::uint32_t>(postings_.size());
@@ -60,57 +62,62 @@ std::size_t ValueIndex::Length(Chain chain) const {
   return length;
 }
 
-std::uint32_t ValueIndex::Count(std::uint32_t key) const {
-  const std::uint32_t value = FindValue(key);
-  return value == kNone ? 0 : values_[value].count;
-}
-
-void ValueIndex::Collect(std::uint32_t key, std::vector<EntryId>& entries) const {
-  const std::uint32_t value = FindValue(key);
-  if (value == kNone) {
-    return;
-  }
-  for (std::uint32_t id = values_[value].first; id != kNone; id = postings_[id].next) {
-    entries.push_back(postings_[id].entry);
-  }
-}
-
-std::uint32_t ValueIndex::FindValue(std::uint32_t key) const {
-  std::uint32_t value = buckets_[BucketOf(key)];
-  while (value != kNone && values_[value].key != key) {
+ValueIndex::ValueId ValueIndex::Find(const ValueKey& key) const {
+  ValueId value = buckets_[BucketOf(key.hash)];
+  while (value != kNone && (values_[value].hash != key.hash || TextOf(value) != key.text)) {
     value = values_[value].next_in_bucket;
   }
   return value;
 }
 
-std::uint32_t ValueIndex::FindOrAddValue(std::uint32_t key) {
-  if (const std::uint32_t found = FindValue(key); found != kNone) {
+void ValueIndex::Collect(ValueId value, std::vector<EntryId>& entries) const {
+  for (std::uint32_t id = values_[value].first; id != kNone; id = postings_[id].next) {
+    entries.push_back(postings_[id].entry);
+  }
+}
+
+ValueIndex::Text ValueIndex::MakeText(std::string_view text) {
+  Text made = std::make_unique_for_overwrite<char[]>(1 + text.size());
+  made[0] = static_cast<char>(static_cast<unsigned char>(text.size()));
+  std::copy(text.begin(), text.end(), made.get() + 1);
+  return made;
+}
+
+std::string_view ValueIndex::TextOf(ValueId value) const {
+  const char* const text = values_[value].text.get();
+  return {text + 1, static_cast<unsigned char>(text[0])};
+}
+
+ValueIndex::ValueId ValueIndex::FindOrAddValue(const ValueKey& key) {
+  if (const ValueId found = Find(key); found != kNone) {
     return found;
   }
   if (value_count_ >= buckets_.size()) {
     GrowBuckets();
   }
-  std::uint32_t id = free_value_;
+  ValueId id = free_value_;
   if (id == kNone) {
-    id = static_cast<std::uint32_t>(values_.size());
+    id = static_cast<ValueId>(values_.size());
     values_.emplace_back();
   } else {
     free_value_ = values_[id].next_in_bucket;
   }
-  std::uint32_t& bucket = buckets_[BucketOf(key)];
-  values_[id] = Value{key, 0, kNone, bucket};
+  std::uint32_t& bucket = buckets_[BucketOf(key.hash)];
+  values_[id] = Value{key.hash, 0, kNone, bucket, MakeText(key.text)};
   bucket = id;
+  order_.Insert(id);
   ++value_count_;
   return id;
 }
 
-void ValueIndex::RemoveValue(std::uint32_t value) {
-  std::uint32_t* link = &buckets_[BucketOf(values_[value].key)];
+void ValueIndex::RemoveValue(ValueId value) {
+  order_.Erase(value);
+  std::uint32_t* link = &buckets_[BucketOf(values_[value].hash)];
   while (*link != value) {
     link = &values_[*link].next_in_bucket;
   }
   *link = values_[value].next_in_bucket;
-  values_[value] = Value{0, 0, kNone, free_value_};
+  values_[value] = Value{0, 0, kNone, free_value_, nullptr};
   free_value_ = value;
   --value_count_;
 }
@@ -118,10 +125,10 @@ void ValueIndex::RemoveValue(std::uint32_t value) {
 void ValueIndex::GrowBuckets() {
   std::vector<std::uint32_t> old(buckets_.size() * 2, kNone);
   old.swap(buckets_);
-  for (std::uint32_t value : old) {
+  for (ValueId value : old) {
     while (value != kNone) {
-      const std::uint32_t next = values_[value].next_in_bucket;
-      std::uint32_t& bucket = buckets_[BucketOf(values_[value].key)];
+      const ValueId next = values_[value].next_in_bucket;
+      std::uint32_t& bucket = buckets_[BucketOf(values_[value].hash)];
       values_[value].next_in_bucket = bucket;
       bucket = value;
       value = next;

@@ -1,11 +1,18 @@
-// An equality index: from a 32-bit key to the entries that were added under it. Small on purpose, a registry
-// of many services holds several postings for each. Two values may share a key, so what is found is a
-// candidate only. One thread at a time.
+// An index from attribute values to the entries that have them: the value itself, or all values in a range of
+// texts. Small on purpose, a registry of many services holds several postings for each. Two values may share
+// a key, so what is found is a candidate only. One thread at a time.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
+
+#include "slpd/value_order.h"
 
 namespace slp {
 
@@ -13,16 +20,30 @@ namespace slp {
 using EntryId = std::uint32_t;
 inline constexpr EntryId kNoEntry = 0xFFFFFFFF;
 
+/// What a value is found by.
+struct ValueKey {
+  std::uint32_t hash = 0;
+  std::string text;  ///< at most 255 bytes; gives the values their order
+
+  auto operator<=>(const ValueKey&) const = default;
+};
+
 class ValueIndex {
  public:
+  /// One value that somebody has; until it is removed.
+  using ValueId = std::uint32_t;
+  static constexpr ValueId kNoValue = 0xFFFFFFFF;
+
   /// The postings of one entry, to be handed back when it goes.
   using Chain = std::uint32_t;
   static constexpr Chain kNoChain = 0xFFFFFFFF;
 
   ValueIndex();
+  ValueIndex(const ValueIndex&) = delete;
+  ValueIndex& operator=(const ValueIndex&) = delete;
 
   /// Adds `entry` under `keys`, which are all different.
-  Chain Add(EntryId entry, const std::vector<std::uint32_t>& keys);
+  Chain Add(EntryId entry, const std::vector<ValueKey>& keys);
 
   /// Takes back what Add returned. Takes as long as the chain is, however many others share its keys.
   void Remove(Chain chain);
@@ -33,14 +54,24 @@ class ValueIndex {
   /// How many postings there are in all.
   std::size_t size() const { return posting_count_; }
 
-  /// How many entries stand under `key`.
-  std::uint32_t Count(std::uint32_t key) const;
+  /// The value of this key; kNoValue when no entry has it.
+  ValueId Find(const ValueKey& key) const;
 
-  /// Appends the entries under `key`.
-  void Collect(std::uint32_t key, std::vector<EntryId>& entries) const;
+  /// Shows the values whose texts are not before `from`, in the order of their texts, until `visit` returns
+  /// false.
+  void VisitFrom(std::string_view from,
+                 const std::function<bool(ValueId value, std::string_view text)>& visit) const {
+    order_.VisitFrom(from, visit);
+  }
+
+  /// How many entries have the value.
+  std::uint32_t Count(ValueId value) const { return values_[value].count; }
+
+  /// Appends the entries that have the value.
+  void Collect(ValueId value, std::vector<EntryId>& entries) const;
 
  private:
-  static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+  static constexpr std::uint32_t kNone = kNoValue;
 
   /// Doubly linked with the others of its value, singly with the others of its entry (or in the free list).
   struct Posting {
@@ -51,21 +82,27 @@ class ValueIndex {
     std::uint32_t next_of_entry = kNone;
   };
 
+  /// A text and before it, in one byte, its length.
+  using Text = std::unique_ptr<char[]>;
+
   struct Value {
-    std::uint32_t key = 0;
+    std::uint32_t hash = 0;
     std::uint32_t count = 0;
     std::uint32_t first = kNone;
     std::uint32_t next_in_bucket = kNone;  ///< or in the free list
+    Text text;
   };
 
-  std::uint32_t FindValue(std::uint32_t key) const;
-  std::uint32_t FindOrAddValue(std::uint32_t key);
-  void RemoveValue(std::uint32_t value);
+  static Text MakeText(std::string_view text);
+  std::string_view TextOf(ValueId value) const;
+  ValueId FindOrAddValue(const ValueKey& key);
+  void RemoveValue(ValueId value);
   void GrowBuckets();
-  std::size_t BucketOf(std::uint32_t key) const { return key & (buckets_.size() - 1); }
+  std::size_t BucketOf(std::uint32_t hash) const { return hash & (buckets_.size() - 1); }
 
   std::deque<Posting> postings_;
   std::deque<Value> values_;
+  ValueOrder order_;
   std::vector<std::uint32_t> buckets_;  ///< a power of two of them
   std::uint32_t free_posting_ = kNone;
   std::uint32_t free_value_ = kNone;

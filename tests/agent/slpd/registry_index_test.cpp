@@ -70,9 +70,17 @@ TEST(RegistryIndexTest, ASearchLooksOnlyAtWhatCanMatch) {
       {"service:t5.tamro", "(|(x-id=1205)(x-id=1205))", 1, 1},
       {"service:t5.tamro", "(|(x-id=1205)(x-rare=true))", 11, 11},
       {"service:t5.tamro", "(&(|(x-id=1205)(x-id=1305))(x-room=room 2))", 1, 2},
-      {"service:t5.tamro", "(|(x-id=1205)(x-room=*2))", 100, 1000},
+      {"service:t5.tamro", "(|(x-id=1205)(x-room=*2))", 100, 100},
       {"service:t5.tamro", "(!(x-room=room 3))", 900, 1000},
-      {"service:t5.tamro", "(x-id>=99000)", 10, 1000},
+      {"service:t5.tamro", "(x-id>=99000)", 10, 10},
+      {"service:t5.tamro", "(x-id<=1005)", 11, 11},
+      {"service:t5.tamro", "(x-id>=100000)", 0, 0},
+      {"service:t5.tamro", "(x-room>=Room 8)", 200, 200},
+      {"service:t5.tamro", "(x-room=*  9)", 100, 100},
+      {"service:t5.tamro", "(x-room=roof*)", 0, 0},
+      {"service:t5.tamro", "(x-rare=*)", 10, 10},
+      {"service:t5.tamro", "(x-nothing=*)", 0, 0},
+      {"service:t5.tamro", "(x-id=*)", 1000, 1000},
   };
   for (const TouchCase& row : cases) {
     EXPECT_EQ(large.Search(row.type, row.predicate), std::pair(row.found, row.touched))

@@ -415,9 +415,9 @@ TEST(RegistryCapacityTest, TypesCountAsText) {
 
 TEST(RegistryCapacityTest, ValuesCount) {
   RecordedEvents events;
-  Registry registry(events, {.values = 4});
+  Registry registry(events, {.values = 5});
   EXPECT_EQ(registry.Register(MakeRegistration("http://a", "http", "(a=1,2),(b=3)"), kStart), Error::kOk);
-  EXPECT_EQ(registry.Register(MakeRegistration("http://b", "http", "(a=1,2)"), kStart),
+  EXPECT_EQ(registry.Register(MakeRegistration("http://b", "http", "(a=1,2),k"), kStart),
             Error::kInternalError);
   EXPECT_EQ(registry.Register(MakeRegistration("http://b", "http", "(a=1),k"), kStart), Error::kOk);
   EXPECT_EQ(registry.Update(MakeRegistration("http://b", "http", "(c=1)"), kStart), Error::kInternalError);
