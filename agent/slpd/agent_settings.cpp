@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "slpd/directory/refresh_limit.h"
 #include "text/attributes.h"
 #include "text/characters.h"
 #include "text/language.h"
@@ -69,6 +70,7 @@ AgentSettings AgentSettings::From(const Properties& properties) {
   if (std::string attributes = properties.GetString("net.slp.DAAttributes");
       AttributeList::Parse(attributes)) {
     settings.directory_agent_attributes = std::move(attributes);
+    settings.min_refresh_interval = MinimumRefreshInterval(settings.directory_agent_attributes);
   }
   settings.heartbeat = Seconds(properties.GetInt("net.slp.DAHeartBeat"));
   settings.check_source_address = properties.GetBool("net.slp.checkSourceAddr");

@@ -23,6 +23,7 @@ struct AgentSettings {
 
   bool directory_agent = false;            ///< net.slp.isDA
   std::string directory_agent_attributes;  ///< net.slp.DAAttributes; empty when the property does not parse
+  Seconds min_refresh_interval{0};         ///< min-refresh-interval of these attributes; 0: none
   Seconds heartbeat{10800};                ///< net.slp.DAHeartBeat
   bool check_source_address = true;        ///< net.slp.checkSourceAddr
 

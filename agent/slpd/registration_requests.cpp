@@ -61,6 +61,17 @@ bool HasRoomFor(const RequestContext& context, const std::string& url) {
   return earlier && earlier->host == context.origin.address;
 }
 
+/// Whether another host's agent changes what it has registered more often than this directory agent's
+/// advertisement allows (RFC 2608 section 8.5).
+bool IsTooSoon(const RequestContext& context, const std::string& url) {
+  if (context.origin.own_host) {
+    return false;
+  }
+  const std::optional<RegistrationView> earlier = context.registry.Find(url, context.header.language);
+  return earlier && earlier->expiry &&
+         context.now < *earlier->expiry - Seconds(earlier->lifetime) + context.settings.min_refresh_interval;
+}
+
 /// Another agent of this host, confined to an address of its own, registers from there.
 RegistrationSource SourceOf(const RequestContext& context) {
   const RequestOrigin& origin = context.origin;
@@ -74,7 +85,7 @@ RegistrationSource SourceOf(const RequestContext& context) {
 // 1. Never from a group, and only from who may.
 // 2. Signatures cannot be verified here, so what carries them is refused (RFC 2608 section 8.5).
 // 3. It is registered in those of its scopes that are served; there must be one.
-// 4. Another host may have only so many.
+// 4. Another host may have only so many, and may not update them too often.
 // 5. Fresh: it replaces; else it updates what is there (RFC 2608 section 9.3).
 Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) {
   const auto acknowledge = [](Error error) { return ErrorAnswer(FunctionId::kSrvReg, error); };
@@ -93,6 +104,9 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
   }
   if (!HasRoomFor(context, request.url.url)) {
     return acknowledge(Error::kDaBusyNow);
+  }
+  if (!context.header.fresh && IsTooSoon(context, request.url.url)) {
+    return acknowledge(Error::kRefreshRejected);
   }
   const Result<std::uint32_t> process_id = BoundProcess(context, request.url.url);
   if (!process_id) {
@@ -114,7 +128,7 @@ Answer AnswerRegistration(const RequestContext& context, const SrvReg& request) 
 }
 
 // 1. Never from a group, and only from who may.
-// 2. The tags must parse; without any the whole service goes.
+// 2. The tags must parse; without any the whole service goes, and with some it may be too soon.
 Answer AnswerDeregistration(const RequestContext& context, const SrvDereg& request) {
   const auto acknowledge = [](Error error) { return ErrorAnswer(FunctionId::kSrvDereg, error); };
   if (context.multicast) {
@@ -126,6 +140,9 @@ Answer AnswerDeregistration(const RequestContext& context, const SrvDereg& reque
   const Result<std::vector<std::string>> tags = ParseTagList(request.tags);
   if (!tags) {
     return acknowledge(tags.error());
+  }
+  if (!tags->empty() && IsTooSoon(context, request.url.url)) {
+    return acknowledge(Error::kRefreshRejected);
   }
   return acknowledge(context.registry.Deregister(request.url.url, SplitStringList(request.scopes), *tags));
 }

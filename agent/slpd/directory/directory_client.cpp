@@ -39,6 +39,13 @@ std::uint16_t SecondsLeft(const RegistrationView& registration, Instant now) {
   return static_cast<std::uint16_t>(std::clamp<decltype(left)>(left, 1, registration.lifetime));
 }
 
+/// The lifetime at an agent that wants no refresh sooner than after `interval`: a renewal has to come in
+/// time.
+std::uint16_t LastingLifetime(const RegistrationView& registration, Seconds interval, Instant now) {
+  const auto least = std::min<std::int64_t>(2 * interval.count(), kMaximumLifetime);
+  return std::max(SecondsLeft(registration, now), static_cast<std::uint16_t>(least));
+}
+
 std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::optional<Instant>& other) {
   return one && other ? std::min(one, other) : (one ? one : other);
 }
@@ -108,7 +115,12 @@ void DirectoryClient::OnRegistration(RegistrationEvent event, const Registration
         agent.queue.Deregister(registration.url, registration.language, registration.scopes);
         break;
       case RegistrationEvent::kExpired:
-        agent.queue.Forget(registration.url, registration.language);
+        if (agent.refreshes.interval() > Seconds(0)) {
+          // It may live longer there than here.
+          agent.queue.Deregister(registration.url, registration.language, registration.scopes);
+        } else {
+          agent.queue.Forget(registration.url, registration.language);
+        }
         break;
     }
   }
@@ -180,6 +192,7 @@ void DirectoryClient::TakeAdvertisement(const DaAdvert& advert, const RequestOri
   agent.ask_at.reset();
   agent.ask_by_stream = false;
   agent.ask_again = Seconds(0);
+  agent.refreshes.SetInterval(MinimumRefreshInterval(advert.attributes));
   if (settings_.check_period > Seconds(0)) {
     agent.ask_at = now + settings_.check_period;
   }
@@ -200,6 +213,7 @@ void DirectoryClient::Begin(Agent& agent, Instant now) {
   agent.outstanding.reset();
   agent.register_from = now + RandomWait();
   agent.refresh_at = now + kRefresh;
+  agent.refreshes.Clear();
   QueueEverything(agent);
 }
 
@@ -227,6 +241,7 @@ void DirectoryClient::OnAcknowledgment(const Message& message, const RequestOrig
       registration != nullptr && error != Error::kOk) {
     wire_.Tell(true, "directory agent " + origin.address + " refuses " + registration->url.url + ": error " +
                          std::to_string(static_cast<int>(error)));
+    agent->refreshes.Forget({registration->url.url, agent->outstanding->message.header.language});
   }
   agent->outstanding.reset();
   Advance(*agent, now);
@@ -268,12 +283,24 @@ void DirectoryClient::Advance(Agent& agent, Instant now) {
     agent.refresh_at = now + kRefresh;
     QueueEverything(agent);
   }
+  while (const auto service = agent.refreshes.TakeDue(now)) {
+    agent.queue.Register(service->first, service->second);
+  }
   while (!agent.outstanding && agent.register_from <= now) {
     const auto job = agent.queue.Next();
     if (!job) {
       return;
     }
+    const RefreshLimit::Key service(job->url, job->language);
+    if (job->deregister) {
+      agent.refreshes.Forget(service);
+    } else if (agent.refreshes.Postpone(service, now)) {
+      continue;
+    }
     if (auto message = MessageFor(agent, *job, now)) {
+      if (message->function() == FunctionId::kSrvReg) {
+        agent.refreshes.Told(service, now);
+      }
       const Result<Bytes> bytes = Encode(*message);
       if (bytes) {
         Start(agent, std::move(*message), bytes->size() > settings_.mtu, now);
@@ -327,7 +354,7 @@ std::optional<Message> DirectoryClient::MessageFor(const Agent& agent, const Reg
       return std::nullopt;
     }
     message.header.fresh = true;
-    message.body = SrvReg{.url = {SecondsLeft(*registered, now), job.url, {}},
+    message.body = SrvReg{.url = {LastingLifetime(*registered, agent.refreshes.interval(), now), job.url, {}},
                           .service_type = std::string(registered->service_type),
                           .scopes = JoinStringList(scopes),
                           .attributes = std::string(registered->attributes),
@@ -388,6 +415,7 @@ std::optional<Instant> DirectoryClient::NextDue(Instant now) const {
     next = Earlier(next, agent.ask_at);
     if (agent.known) {
       next = Earlier(next, agent.refresh_at);
+      next = Earlier(next, agent.refreshes.NextDue());
       if (!agent.queue.empty()) {
         next = Earlier(next, std::max(now, agent.register_from));
       }
@@ -404,6 +432,7 @@ void DirectoryClient::Leave(Instant now) {
   std::erase_if(agents_, [](const auto& entry) { return !entry.second.known; });
   for (auto& [address, agent] : agents_) {
     agent.queue.Clear();
+    agent.refreshes.Clear();
     agent.outstanding.reset();
     agent.ask_at.reset();
     agent.refresh_at.reset();

@@ -13,6 +13,7 @@
 #include "slpd/directory/client_settings.h"
 #include "slpd/directory/directory_wire.h"
 #include "slpd/directory/discovery.h"
+#include "slpd/directory/refresh_limit.h"
 #include "slpd/directory/registration_queue.h"
 #include "slpd/event_sink.h"
 #include "slpd/registry.h"
@@ -78,6 +79,7 @@ class DirectoryClient {
     std::vector<std::string> scopes;
     std::uint32_t boot_timestamp = 0;
     RegistrationQueue queue;
+    RefreshLimit refreshes;
     Instant register_from{0};           ///< a random wait before the first registration
     std::optional<Instant> ask_at;      ///< when to ask it for its advertisement
     bool ask_by_stream = false;         ///< it did not fit a datagram

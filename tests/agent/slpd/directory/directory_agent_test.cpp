@@ -228,6 +228,29 @@ TEST(DirectoryAgentTest, WhatHasEndedIsNobodysAnyMore) {
   EXPECT_EQ(daemon.Ask(FreshFrom(kNamed)), ReplyOf(SrvAck{}));
 }
 
+TEST(DirectoryAgentTest, RefusesUpdatesMoreOftenThanItAdvertises) {
+  DirectoryLogic daemon;
+  AgentSettings settings = DirectorySettings();
+  settings.min_refresh_interval = Seconds(60);
+  daemon.handler.SetSettings(settings);
+  const Message update = MakeMessage(MakeSrvReg(kNamed, "service:x", "(a=2)"));
+  const Message without_a = MakeMessage(SrvDereg{"DEFAULT", {0, kNamed, {}}, "a"});
+  ASSERT_EQ(daemon.Ask(FreshFrom(kNamed)), ReplyOf(SrvAck{}));
+  daemon.now += Seconds(60) - Instant(1);
+  EXPECT_EQ(daemon.Ask(update), ReplyOf(SrvAck{Error::kRefreshRejected}));
+  EXPECT_EQ(daemon.Ask(without_a), ReplyOf(SrvAck{Error::kRefreshRejected}));
+  EXPECT_EQ(daemon.registry.Find(kNamed, "en")->attributes, "");
+  daemon.now += Instant(1);
+  EXPECT_EQ(daemon.Ask(update), ReplyOf(SrvAck{}));
+  EXPECT_EQ(daemon.Ask(update), ReplyOf(SrvAck{Error::kRefreshRejected}));
+  EXPECT_EQ(daemon.Ask(update, kOwnHost), ReplyOf(SrvAck{}));
+  EXPECT_EQ(daemon.Ask(FreshFrom(kNamed), kOwnHost), ReplyOf(SrvAck{}));
+  EXPECT_EQ(daemon.Ask(Gone(kNamed), kOwnHost), ReplyOf(SrvAck{}));
+  ASSERT_EQ(daemon.Ask(FreshFrom(kNamed)), ReplyOf(SrvAck{}));
+  EXPECT_EQ(daemon.Ask(FreshFrom(kNamed)), ReplyOf(SrvAck{})) << "a fresh one is no update";
+  EXPECT_EQ(daemon.Ask(Gone(kNamed)), ReplyOf(SrvAck{}));
+}
+
 TEST(DirectoryAgentTest, RemembersWhoseServicesTheyAre) {
   DirectoryLogic daemon;
   daemon.CheckSourceAddress(false);

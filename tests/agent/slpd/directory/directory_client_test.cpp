@@ -111,11 +111,24 @@ class DirectoryClientTest : public testing::Test {
   }
 
   void HearAs(const std::string& sender, const std::string& in_url, std::uint32_t boot,
-              const std::string& scopes, std::uint16_t xid) {
+              const std::string& scopes, std::uint16_t xid, const std::string& attributes = "") {
     Message message;
     message.header.xid = xid;
-    message.body = DaAdvert{Error::kOk, boot, "service:directory-agent://" + in_url, scopes, "", "", {}};
+    message.body =
+        DaAdvert{Error::kOk, boot, "service:directory-agent://" + in_url, scopes, attributes, "", {}};
     client_.OnAdvertisement(message, From(sender), now_);
+    client_.Tick(now_);
+  }
+
+  // An agent that wants no service more often than so.
+  void HearWithInterval(const std::string& interval) {
+    HearAs("10.0.0.5", "10.0.0.5", kBootTime, "DEFAULT", 0, "(min-refresh-interval=" + interval + ")");
+  }
+
+  void RegisterFor(std::uint16_t lifetime) {
+    Registration registration = MakeRegistration("service:x://1", "service:x");
+    registration.lifetime = lifetime;
+    ASSERT_EQ(registry_.Register(registration, now_), Error::kOk);
     client_.Tick(now_);
   }
 
@@ -440,6 +453,78 @@ TEST_F(DirectoryClientTest, WhatNeverExpiresIsRegisteredAgainInTime) {
   EXPECT_THAT(wire_.Take(), IsEmpty());
   Advance(Seconds(1));
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 65535 DEFAULT "));
+}
+
+TEST_F(DirectoryClientTest, RefreshesNoServiceMoreOftenThanTheAgentAllows) {
+  ApplyPassive();
+  HearWithInterval("60");
+  RegisterFor(40);
+  EXPECT_THAT(wire_.Take(), ElementsAre("told directory agent 10.0.0.5 is there, scopes DEFAULT",
+                                        "to 10.0.0.5: register service:x://1 en 120 DEFAULT "))
+      << "with a lifetime that lasts until it may be refreshed";
+  Acknowledge("10.0.0.5");
+  for (int renewals = 0; renewals < 3; ++renewals) {
+    Advance(Seconds(15));
+    RegisterFor(40);
+    EXPECT_THAT(wire_.Take(), IsEmpty());
+  }
+  Register("service:x://2");
+  client_.Tick(now_);
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://2 en 3600 DEFAULT "));
+  Acknowledge("10.0.0.5");
+  Advance(Seconds(15) - Instant(1));
+  EXPECT_THAT(wire_.Take(), IsEmpty());
+  Advance(Instant(1));
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 120 DEFAULT "));
+}
+
+TEST_F(DirectoryClientTest, WhatEndsEndsAtAnAgentWithAnInterval) {
+  ApplyPassive();
+  HearWithInterval("60");
+  RegisterFor(10);
+  Acknowledge("10.0.0.5");
+  wire_.Take();
+  Advance(Seconds(5));
+  RegisterFor(10);
+  EXPECT_THAT(wire_.Take(), IsEmpty());
+  Advance(Seconds(10));
+  registry_.Expire(now_);
+  client_.Tick(now_);
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT"));
+  Acknowledge("10.0.0.5");
+  RegisterFor(10);
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 120 DEFAULT "))
+      << "a new one is no refresh";
+  Acknowledge("10.0.0.5");
+  Advance(Seconds(100));
+  EXPECT_THAT(wire_.Take(), IsEmpty()) << "nothing is left of the one that waited";
+}
+
+TEST_F(DirectoryClientTest, TheIntervalIsTheLatestAdvertisements) {
+  ApplyPassive();
+  HearWithInterval("60");
+  RegisterFor(100);
+  Acknowledge("10.0.0.5");
+  Advance(Seconds(10));
+  RegisterFor(100);
+  wire_.Take();
+  HearWithInterval("30");
+  Advance(Seconds(19));
+  EXPECT_THAT(wire_.Take(), IsEmpty());
+  Hear("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 81 DEFAULT "));
+}
+
+TEST_F(DirectoryClientTest, ARestartedAgentHasNothingToRefresh) {
+  ApplyPassive();
+  HearWithInterval("60");
+  RegisterFor(200);
+  Acknowledge("10.0.0.5");
+  Advance(Seconds(10));
+  wire_.Take();
+  Hear("10.0.0.5", kBootTime + 1);
+  EXPECT_THAT(wire_.Take(), ElementsAre("told directory agent 10.0.0.5 has changed, scopes DEFAULT",
+                                        "to 10.0.0.5: register service:x://1 en 190 DEFAULT "));
 }
 
 TEST_F(DirectoryClientTest, OtherScopesHaveEverythingRegisteredAnew) {
