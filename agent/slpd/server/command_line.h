@@ -30,7 +30,7 @@ struct CommandLine {
   std::string registration_file;  ///< empty: what the configuration says
   std::string log_file;           ///< empty: the error output
   std::string pid_file;           ///< empty: the platform's place
-  std::string user;               ///< "NAME" or "NAME:GROUP" to become; empty: nobody else
+  std::string user = {};          ///< "NAME" or "NAME:GROUP" to become; empty: nobody else
   std::vector<std::pair<std::string, std::string>> properties;
   bool check = false;
 };

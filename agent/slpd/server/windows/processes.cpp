@@ -22,12 +22,21 @@ class HandleNotice : public ProcessNotice {
   asio::windows::object_handle process_;
 };
 
+// One that has ended can be opened as long as anybody holds a handle of it.
+bool HasEnded(HANDLE process) {
+  return ::WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+}
+
 }  // namespace
 
 // The daemon's account, which has few rights, may wait for hardly any process of another account.
 std::unique_ptr<ProcessNotice> ProcessNotice::Order(asio::io_context& io, std::uint32_t process_id) {
   const HANDLE process = ::OpenProcess(SYNCHRONIZE, FALSE, process_id);
-  return process == nullptr ? nullptr : std::make_unique<HandleNotice>(io, process);
+  if (process == nullptr) {
+    return nullptr;
+  }
+  auto notice = std::make_unique<HandleNotice>(io, process);
+  return HasEnded(process) ? nullptr : std::move(notice);
 }
 
 // By number. Every account may take this list, without any right to the processes in it.
