@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "slpd_hints.h"
+
 namespace kelsd_tool {
 
 using kelsd::SResult;
@@ -58,17 +60,13 @@ std::string HintFor(SResult::EError code) {
       {SResult::ERR_INVALID_DEREGISTRATION,
        "slpd refused. 'kelsd find' shows what is registered, and with which URL."},
       {SResult::ERR_SCM_ACCESS, "Run this as a user who may control services (administrator)."},
-      {SResult::ERR_SLPD_OPEN,
-       "Check that slpd is installed (Windows: slpd install) and that this user may control it (Linux: "
-       "KELSD_SLPD_PIDFILE names its pid file)."},
+      {SResult::ERR_SLPD_OPEN, kSlpdOpenHint},
       {SResult::ERR_SLPD_QUERY,
        "Check that this user may read the state of slpd; 'kelsd doctor' tells more."},
       {SResult::ERR_SLPD_ALREADY_RUNNING, "Nothing to do; for a new start: kelsd slpd restart"},
       {SResult::ERR_SLPD_WAIT_TIMEOUT,
        "slpd takes long. Ask again with 'kelsd slpd status', and look into its log."},
-      {SResult::ERR_SLPD_START,
-       "Check that slpd is installed (KELSD_SLPD names it elsewhere), that its port is free and, below 1024, "
-       "permitted to this user, and look into its log."},
+      {SResult::ERR_SLPD_START, kSlpdStartHint},
       {SResult::ERR_SLPD_STOP, "Check that slpd was started by this user, or run this as administrator."},
       {SResult::ERR_SLPD_PROCESS_OPEN, "Start the daemon: kelsd slpd start"},
       {SResult::ERR_CONF_OPEN,
