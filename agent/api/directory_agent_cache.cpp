@@ -26,7 +26,7 @@ std::vector<KnownAgent> DirectoryAgentCache::Agents(std::uint16_t port, TimePoin
   return agents;
 }
 
-void DirectoryAgentCache::Reject(const asio::ip::address_v4& address, std::uint16_t port, TimePoint until) {
+void DirectoryAgentCache::Reject(const asio::ip::address& address, std::uint16_t port, TimePoint until) {
   const std::lock_guard lock(mutex_);
   agents_.erase({address, port});
   if (rejected_.size() >= kMostAgents) {
@@ -35,7 +35,7 @@ void DirectoryAgentCache::Reject(const asio::ip::address_v4& address, std::uint1
   rejected_.insert_or_assign({address, port}, until);
 }
 
-bool DirectoryAgentCache::Rejected(const asio::ip::address_v4& address, std::uint16_t port,
+bool DirectoryAgentCache::Rejected(const asio::ip::address& address, std::uint16_t port,
                                    TimePoint now) const {
   const std::lock_guard lock(mutex_);
   const auto found = rejected_.find({address, port});

@@ -13,7 +13,7 @@ namespace slp::client {
 
 /// A directory agent and the scopes that it is known to serve.
 struct KnownAgent {
-  asio::ip::address_v4 address;
+  asio::ip::address address;
   std::vector<std::string> scopes;
   bool operator==(const KnownAgent&) const = default;
 };
@@ -38,14 +38,14 @@ class DirectoryAgentCache {
   std::vector<KnownAgent> Agents(std::uint16_t port, TimePoint now) const;
 
   /// What listens there, or doesn't, is of no use until then.
-  void Reject(const asio::ip::address_v4& address, std::uint16_t port, TimePoint until);
-  bool Rejected(const asio::ip::address_v4& address, std::uint16_t port, TimePoint now) const;
+  void Reject(const asio::ip::address& address, std::uint16_t port, TimePoint until);
+  bool Rejected(const asio::ip::address& address, std::uint16_t port, TimePoint now) const;
 
   /// Whether a search is due; then it is not due again until `next`.
   [[nodiscard]] bool TakeSearch(std::uint16_t port, TimePoint now, TimePoint next);
 
  private:
-  using Place = std::pair<asio::ip::address_v4, std::uint16_t>;
+  using Place = std::pair<asio::ip::address, std::uint16_t>;
   struct Entry {
     std::vector<std::string> scopes;
     TimePoint until;

@@ -8,6 +8,7 @@
 #include "api/request_message.h"
 #include "api/unicast_exchange.h"
 #include "net/addresses.h"
+#include "net/interfaces.h"
 #include "text/service_url.h"
 #include "text/string_list.h"
 
@@ -26,22 +27,27 @@ RequestContext WithWaits(const RequestContext& context, const RequestSettings::W
   return changed;
 }
 
-void Reject(const asio::ip::address_v4& address, const RequestContext& context) {
+void Reject(const asio::ip::address& address, const RequestContext& context) {
   DirectoryAgentCache::Instance().Reject(address, context.settings.port,
                                          context.environment.clock() + kRejectedFor);
 }
 
-bool Rejected(const asio::ip::address_v4& address, const RequestContext& context) {
+bool Rejected(const asio::ip::address& address, const RequestContext& context) {
   return DirectoryAgentCache::Instance().Rejected(address, context.settings.port,
                                                   context.environment.clock());
 }
 
-std::optional<asio::ip::address_v4> AddressIn(const std::string& url) {
+std::optional<asio::ip::address> AddressIn(const std::string& url, const RequestContext& context) {
   const Result<ServiceUrl> parsed = ParseServiceUrl(url);
-  return ParseAddress(parsed ? parsed->host : std::string());
+  return ParseUsableAddress(parsed ? parsed->host : std::string(), context.settings.use_ipv6);
 }
 
-void AddScope(std::vector<KnownAgent>& agents, const asio::ip::address_v4& address,
+/// Whether an advertisement from `sender` speaks of `sender` itself; nobody knows another host's zones.
+bool IsSender(const std::optional<asio::ip::address>& advertised, const asio::ip::address& sender) {
+  return advertised && WithoutZone(*advertised) == WithoutZone(sender);
+}
+
+void AddScope(std::vector<KnownAgent>& agents, const asio::ip::address& address,
               const std::vector<std::string>& scopes) {
   const auto known = std::find_if(agents.begin(), agents.end(),
                                   [&](const KnownAgent& agent) { return agent.address == address; });
@@ -70,7 +76,7 @@ std::vector<KnownAgent> ConfiguredAgents(const RequestContext& context) {
   const std::vector<KnownAgent> cached =
       DirectoryAgentCache::Instance().Agents(context.settings.port, context.environment.clock());
   std::vector<KnownAgent> agents;
-  for (const asio::ip::address_v4& address : context.settings.directory_agents.configured) {
+  for (const asio::ip::address& address : context.settings.directory_agents.configured) {
     const auto known = std::find_if(cached.begin(), cached.end(),
                                     [&](const KnownAgent& agent) { return agent.address == address; });
     if (known != cached.end()) {
@@ -90,7 +96,9 @@ std::vector<KnownAgent> ConfiguredAgents(const RequestContext& context) {
 std::optional<std::vector<KnownAgent>> AgentsOfDaemon(const std::vector<std::string>& scopes,
                                                       const RequestContext& context) {
   const RequestContext impatient = WithWaits(context, {{kDaemonWait}, kDaemonWait});
-  for (const asio::ip::address_v4& address : LocalDaemonAddresses(context.settings)) {
+  const std::vector<Interface> links =
+      context.settings.use_ipv6 ? EnumerateInterfaces(true) : std::vector<Interface>();
+  for (const asio::ip::address& address : LocalDaemonAddresses(context.settings)) {
     if (Rejected(address, context)) {
       continue;
     }
@@ -107,8 +115,8 @@ std::optional<std::vector<KnownAgent>> AgentsOfDaemon(const std::vector<std::str
       answered = true;
       if (const auto* reply = std::get_if<SrvRply>(&exchange.reply->body)) {
         for (const UrlEntry& entry : reply->urls) {
-          if (const auto agent = AddressIn(entry.url)) {
-            AddScope(agents, *agent, {scope});
+          if (const auto agent = AddressIn(entry.url, context)) {
+            AddScope(agents, OnSomeLink(links, *agent), {scope});
           }
         }
       } else if (ReplyError(*exchange.reply) == Error::kOk) {
@@ -132,11 +140,11 @@ Message DirectoryAgentRequest(const std::string& scopes, const RequestContext& c
                                      .spi = {}});
 }
 
-std::optional<KnownAgent> Remember(const Message& advertisement, const asio::ip::address_v4& sender,
+std::optional<KnownAgent> Remember(const Message& advertisement, const asio::ip::address& sender,
                                    const RequestContext& context) {
   const auto* advert = std::get_if<DaAdvert>(&advertisement.body);
   if (advert == nullptr || advert->error != Error::kOk || advert->boot_timestamp == 0 ||
-      AddressIn(advert->url) != sender) {
+      !IsSender(AddressIn(advert->url, context), sender)) {
     return std::nullopt;
   }
   KnownAgent agent{sender, SplitStringList(advert->scopes)};

@@ -37,7 +37,7 @@ Message DirectoryAgentRequest(const std::string& scopes, const RequestContext& c
 
 /// The agent that an advertisement which came from `sender` speaks of, kept for later searches; none when it
 /// reports an error, or goes down, or speaks of another address than its own.
-std::optional<KnownAgent> Remember(const Message& advertisement, const asio::ip::address_v4& sender,
+std::optional<KnownAgent> Remember(const Message& advertisement, const asio::ip::address& sender,
                                    const RequestContext& context);
 
 }  // namespace slp::client

@@ -20,6 +20,10 @@ std::string LanguageOfProcess() {
   return IsValidLanguageTag(locale) ? locale : kDefaultLanguage;
 }
 
+bool UsesIpv6() {
+  return ProcessProperties::Instance().Snapshot()->GetBool("net.slp.useIPv6");
+}
+
 }  // namespace
 
 SLPError OpenCall(const char* language, bool async, SLPHandle* handle) noexcept {
@@ -51,11 +55,12 @@ SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept {
     return SLP_PARAMETER_BAD;
   }
   return WithHandle(handle, [&](HandleState& state) {
-    const auto peer = ParseAddress(std::string(Trim(address)));
+    const bool ipv6 = UsesIpv6();
+    const auto peer = ParseUsableAddress(std::string(Trim(address)), ipv6);
     if (!peer || peer->is_unspecified() || peer->is_multicast()) {
       return SLP_PARAMETER_BAD;
     }
-    state.peer = *peer;
+    state.peer = ipv6 ? OnSomeLink(EnumerateInterfaces(true), *peer) : *peer;
     return SLP_OK;
   });
 }
@@ -66,7 +71,7 @@ SLPError AssociateInterfacesCall(SLPHandle handle, const char* interfaces) noexc
   }
   return WithHandle(handle, [&](HandleState& state) {
     std::vector<std::string> wanted = SplitStringList(interfaces);
-    if (wanted.empty() || !SelectInterfaces(EnumerateInterfaces(), wanted).unknown.empty()) {
+    if (wanted.empty() || !SelectInterfaces(EnumerateInterfaces(UsesIpv6()), wanted).unknown.empty()) {
       return SLP_PARAMETER_BAD;
     }
     state.interfaces = std::move(wanted);

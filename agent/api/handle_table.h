@@ -1,7 +1,7 @@
 // The open handles. Every function may be called from any thread.
 #pragma once
 
-#include <asio/ip/address_v4.hpp>
+#include <asio/ip/address.hpp>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -17,8 +17,8 @@ namespace slp::client {
 /// What a handle remembers between two calls.
 struct HandleState {
   std::string language;
-  std::optional<asio::ip::address_v4> peer;  ///< requests go to this agent alone
-  std::vector<std::string> interfaces;       ///< multicast leaves by these; empty: by net.slp.interfaces
+  std::optional<asio::ip::address> peer;  ///< requests go to this agent alone
+  std::vector<std::string> interfaces;    ///< multicast leaves by these; empty: by net.slp.interfaces
 };
 
 class HandleTable {

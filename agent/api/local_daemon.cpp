@@ -13,9 +13,10 @@
 
 namespace slp::client {
 
-std::vector<asio::ip::address_v4> LocalDaemonAddresses(const RequestSettings& settings) {
-  std::vector<asio::ip::address_v4> addresses = {asio::ip::address_v4::loopback()};
-  for (const Interface& interface : SelectInterfaces(EnumerateInterfaces(), settings.interfaces).interfaces) {
+std::vector<asio::ip::address> LocalDaemonAddresses(const RequestSettings& settings) {
+  std::vector<asio::ip::address> addresses = {asio::ip::address_v4::loopback()};
+  const std::vector<Interface> all = EnumerateInterfaces(settings.use_ipv6);
+  for (const Interface& interface : SelectInterfaces(all, settings.interfaces).interfaces) {
     if (std::find(addresses.begin(), addresses.end(), interface.address) == addresses.end()) {
       addresses.push_back(interface.address);
     }
@@ -24,7 +25,7 @@ std::vector<asio::ip::address_v4> LocalDaemonAddresses(const RequestSettings& se
 }
 
 SLPError AskLocalDaemon(const Message& request, const RequestContext& context) {
-  for (const asio::ip::address_v4& address : LocalDaemonAddresses(context.settings)) {
+  for (const asio::ip::address& address : LocalDaemonAddresses(context.settings)) {
     const Exchange exchange = ExchangeWith(address, request, context);
     if (exchange.end == Exchange::End::kReplied) {
       return ToSlpError(ReplyError(*exchange.reply));

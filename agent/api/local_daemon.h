@@ -1,7 +1,7 @@
 // The way to the daemon of this host. Any thread.
 #pragma once
 
-#include <asio/ip/address_v4.hpp>
+#include <asio/ip/address.hpp>
 #include <vector>
 
 #include "api/request_context.h"
@@ -11,7 +11,7 @@
 namespace slp::client {
 
 /// Where the daemon of this host may listen, the likeliest place first.
-std::vector<asio::ip::address_v4> LocalDaemonAddresses(const RequestSettings& settings);
+std::vector<asio::ip::address> LocalDaemonAddresses(const RequestSettings& settings);
 
 /// Sends a registration or deregistration to the daemon and returns what it acknowledged.
 /// SLP_NETWORK_INIT_FAILED when none listens on this host.

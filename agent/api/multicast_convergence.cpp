@@ -1,7 +1,8 @@
 // 1. Open one socket for each interface.
 // 2. For each of net.slp.multicastTimeouts: send the request, with everyone who has answered named in it, by
 //    all interfaces, and listen for that long. Loopback addresses are named on loopback interfaces only.
-//    A companion goes along.
+//    A companion goes along. With IPv6 it goes to the groups of the link and of the site (RFC 3111 section
+//    4.1), by one socket for each interface.
 // 3. A reply counts once for each sender, and only when it carries the request's XID. One that has been cut
 //    is handed over as far as it goes, and fetched again in full from that sender by TCP.
 // 4. Stop when two rounds in a row brought nobody new, when the request with its list of responders no longer
@@ -37,6 +38,7 @@ constexpr std::size_t kMostSenders = 4096;
 struct Outlet {
   DatagramSocket socket;
   bool loopback = false;
+  std::uint32_t ipv6_index = 0;  ///< the interface's, of a socket for IPv6
 };
 
 class Convergence {
@@ -48,8 +50,6 @@ class Convergence {
         context_(context),
         settings_(context.settings),
         sink_(sink),
-        destination_(settings_.broadcast_only ? settings_.broadcast_address : kMulticastGroup,
-                     settings_.port),
         deadline_(context.environment.clock, settings_.multicast.maximum) {}
 
   SLPError Run() {
@@ -64,7 +64,7 @@ class Convergence {
       if (!within_host || !beyond_host || within_host.value().size() > settings_.mtu) {
         return responders_.empty() ? SLP_BUFFER_OVERFLOW : SLP_OK;
       }
-      if (!SendByAll(within_host.value(), beyond_host.value())) {
+      if (!SendByAll(request_, within_host.value(), beyond_host.value())) {
         return senders_.empty() ? SLP_NETWORK_ERROR : SLP_OK;
       }
       SendCompanion();
@@ -82,22 +82,44 @@ class Convergence {
   void OpenOutlets() {
     const std::vector<std::string>& names =
         context_.handle.interfaces.empty() ? settings_.interfaces : context_.handle.interfaces;
-    for (const Interface& interface : SelectInterfaces(EnumerateInterfaces(), names).interfaces) {
-      std::optional<DatagramSocket> socket =
-          settings_.broadcast_only
-              ? DatagramSocket::ForBroadcast(io_, interface.address)
-              : DatagramSocket::ForMulticast(io_, interface.address, settings_.multicast_ttl);
-      if (socket) {
-        outlets_.push_back({std::move(*socket), interface.loopback});
+    const std::vector<Interface> all = EnumerateInterfaces(settings_.use_ipv6);
+    for (const Interface& interface : SelectInterfaces(all, names).interfaces) {
+      const bool ipv6 = interface.address.is_v6();
+      if (ipv6 && std::any_of(outlets_.begin(), outlets_.end(),
+                              [&](const Outlet& outlet) { return outlet.ipv6_index == interface.index; })) {
+        continue;
+      }
+      if (std::optional<DatagramSocket> socket = OpenOutlet(interface)) {
+        outlets_.push_back({std::move(*socket), interface.loopback, ipv6 ? interface.index : 0});
       }
     }
   }
 
+  std::optional<DatagramSocket> OpenOutlet(const Interface& interface) {
+    if (interface.address.is_v6()) {
+      return DatagramSocket::ForIpv6Multicast(io_, interface.index, settings_.multicast_ttl);
+    }
+    const asio::ip::address_v4 address = interface.address.to_v4();
+    return settings_.broadcast_only ? DatagramSocket::ForBroadcast(io_, address)
+                                    : DatagramSocket::ForMulticast(io_, address, settings_.multicast_ttl);
+  }
+
+  std::vector<asio::ip::address> DestinationsOf(const Message& request, const Outlet& outlet) const {
+    if (outlet.ipv6_index == 0) {
+      return {settings_.broadcast_only ? settings_.broadcast_address : kMulticastGroup};
+    }
+    const std::uint32_t group = AsksForDirectoryAgents(request) ? kDirectoryAgentsGroup : kAgentsGroup;
+    return {Ipv6Group(GroupReach::kLink, group), Ipv6Group(GroupReach::kSite, group)};
+  }
+
   /// Whether at least one interface took the request.
-  bool SendByAll(const Bytes& within_host, const Bytes& beyond_host) {
+  bool SendByAll(const Message& request, const Bytes& within_host, const Bytes& beyond_host) {
     bool sent = false;
     for (Outlet& outlet : outlets_) {
-      sent = outlet.socket.SendTo(outlet.loopback ? within_host : beyond_host, destination_) || sent;
+      for (const asio::ip::address& to : DestinationsOf(request, outlet)) {
+        sent =
+            outlet.socket.SendTo(outlet.loopback ? within_host : beyond_host, {to, settings_.port}) || sent;
+      }
     }
     return sent;
   }
@@ -109,7 +131,7 @@ class Convergence {
     const Result<Bytes> encoded = Encode(AsMulticast(companion_->request, {}));
     if (encoded) {
       // The search itself has told whether the interfaces take anything.
-      static_cast<void>(SendByAll(*encoded, *encoded));
+      static_cast<void>(SendByAll(companion_->request, *encoded, *encoded));
     }
   }
 
@@ -144,14 +166,14 @@ class Convergence {
   void TakeReply(const DatagramSocket::Datagram& datagram) {
     if (companion_ != nullptr) {
       if (const auto reply = ReadReply(datagram.bytes, companion_->request)) {
-        return companion_->on_reply(*reply, datagram.from.address().to_v4());
+        return companion_->on_reply(*reply, Plain(datagram.from.address()));
       }
     }
     const std::optional<Message> reply = ReadReply(datagram.bytes, request_);
     if (!reply || senders_.size() == kMostSenders || !senders_.insert(datagram.from).second) {
       return;
     }
-    AddResponder(datagram.from.address().to_string());
+    AddResponder(WithoutZone(datagram.from.address()));
     if (ReplyError(*reply) != Error::kOk) {
       return;
     }
@@ -164,7 +186,7 @@ class Convergence {
       wanted_ = sink_(*reply);
     }
     if (wanted_) {
-      FetchByStream(datagram.from.address().to_v4());
+      FetchByStream(Plain(datagram.from.address()));
     }
   }
 
@@ -175,7 +197,7 @@ class Convergence {
   }
 
   /// The whole reply of one that could send only a part; without it what came already has to do.
-  void FetchByStream(const asio::ip::address_v4& sender) {
+  void FetchByStream(const asio::ip::address& sender) {
     const Result<Bytes> encoded = Encode(request_);
     if (!encoded) {
       return;
@@ -192,7 +214,6 @@ class Convergence {
   const RequestContext& context_;
   const RequestSettings& settings_;
   const ReplySink& sink_;
-  const asio::ip::udp::endpoint destination_;
   const Deadline deadline_;
   asio::io_context io_;
   std::vector<Outlet> outlets_;

@@ -2,7 +2,7 @@
 // net.slp.multicastMaximumWait. Any thread.
 #pragma once
 
-#include <asio/ip/address_v4.hpp>
+#include <asio/ip/address.hpp>
 #include <functional>
 #include <string>
 #include <vector>
@@ -20,7 +20,7 @@ using ReplySink = std::function<bool(const Message&)>;
 /// no responder, and prolongs nothing.
 struct Companion {
   Message request;
-  std::function<void(const Message& reply, const asio::ip::address_v4& sender)> on_reply;
+  std::function<void(const Message& reply, const asio::ip::address& sender)> on_reply;
 };
 
 /// Sends `request` to all agents by the interfaces that the handle or net.slp.interfaces names, and hands

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "text/fold.h"
+#include "text/ip_address.h"
 #include "text/string_list.h"
 #include "wire/codec.h"
 
@@ -58,7 +59,7 @@ Message AsMulticast(Message request, const std::vector<std::string>& responders)
 }
 
 std::vector<std::string> WithoutLoopback(std::vector<std::string> responders) {
-  std::erase_if(responders, [](const std::string& address) { return address.starts_with("127."); });
+  std::erase_if(responders, IsLoopbackAddress);
   return responders;
 }
 
@@ -68,6 +69,11 @@ std::optional<Message> ReadReply(std::span<const std::uint8_t> bytes, const Mess
     return std::nullopt;
   }
   return std::move(reply).value();
+}
+
+bool AsksForDirectoryAgents(const Message& request) {
+  const auto* services = std::get_if<SrvRqst>(&request.body);
+  return services != nullptr && EqualFolded(services->service_type, kDirectoryAgentType);
 }
 
 Error ReplyError(const Message& reply) {

@@ -32,7 +32,7 @@ std::string ReadScopes(const Properties& properties) {
 RequestSettings::DirectoryAgents ReadDirectoryAgents(const Properties& properties) {
   RequestSettings::DirectoryAgents agents;
   for (const std::string& text : properties.GetStringList("net.slp.DAAddresses")) {
-    if (const auto address = ParseAddress(text)) {
+    if (const auto address = ParseUsableAddress(text, properties.GetBool("net.slp.useIPv6"))) {
       agents.configured.push_back(*address);
     }
   }
@@ -61,6 +61,7 @@ RequestSettings::RequestSettings(const Properties& properties)
       multicast_ttl(properties.GetInt("net.slp.multicastTTL")),
       broadcast_only(properties.GetBool("net.slp.isBroadcastOnly")),
       broadcast_address(ReadBroadcastAddress(properties)),
+      use_ipv6(properties.GetBool("net.slp.useIPv6")),
       interfaces(properties.GetStringList("net.slp.interfaces")),
       scopes(ReadScopes(properties)),
       maximum_results(ReadMaximumResults(properties)),

@@ -1,6 +1,7 @@
 // What a request needs of the properties, read once at its beginning. Values; any thread.
 #pragma once
 
+#include <asio/ip/address.hpp>
 #include <asio/ip/address_v4.hpp>
 #include <chrono>
 #include <cstddef>
@@ -28,6 +29,7 @@ struct RequestSettings {
   int multicast_ttl;
   bool broadcast_only;
   asio::ip::address_v4 broadcast_address;
+  bool use_ipv6;
   std::vector<std::string> interfaces;  ///< net.slp.interfaces
   std::string scopes;                   ///< net.slp.useScopes as a list, never empty
   int maximum_results;                  ///< the largest integer when there is no limit
@@ -36,7 +38,7 @@ struct RequestSettings {
   /// How directory agents are found: those of net.slp.DAAddresses, whether others are looked for at all and
   /// searched for by this process itself, and how long what was found counts.
   struct DirectoryAgents {
-    std::vector<asio::ip::address_v4> configured;
+    std::vector<asio::ip::address> configured;
     bool wanted;
     bool searched;
     std::chrono::seconds interval;

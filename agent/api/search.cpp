@@ -14,7 +14,7 @@
 namespace slp::client {
 namespace {
 
-SLPError AskOne(const asio::ip::address_v4& agent, const Message& request, const RequestContext& context,
+SLPError AskOne(const asio::ip::address& agent, const Message& request, const RequestContext& context,
                 const ReplySink& sink) {
   const Exchange exchange = ExchangeWith(agent, request, context);
   if (exchange.end != Exchange::End::kReplied) {
@@ -52,7 +52,7 @@ SLPError AskEveryoneAndSearchAgents(const Message& request, const std::vector<st
                                     const RequestContext& context, const ReplySink& sink) {
   std::vector<KnownAgent> found;
   const Companion companion{DirectoryAgentRequest({}, context),
-                            [&](const Message& reply, const asio::ip::address_v4& sender) {
+                            [&](const Message& reply, const asio::ip::address& sender) {
                               const auto agent = Remember(reply, sender, context);
                               if (agent && std::find(found.begin(), found.end(), *agent) == found.end()) {
                                 found.push_back(*agent);

@@ -2,7 +2,7 @@
 // fails or the deadline passes. Any thread.
 #pragma once
 
-#include <asio/ip/address_v4.hpp>
+#include <asio/ip/address.hpp>
 #include <cstdint>
 #include <span>
 
@@ -12,7 +12,7 @@
 namespace slp::client {
 
 struct StreamPeer {
-  asio::ip::address_v4 address;
+  asio::ip::address address;
   std::uint16_t port;
 };
 

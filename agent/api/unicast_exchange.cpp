@@ -66,8 +66,7 @@ Exchange ExchangeByDatagrams(const StreamPeer& peer, const Message& request, con
 
 }  // namespace
 
-Exchange ExchangeWith(const asio::ip::address_v4& peer, const Message& request,
-                      const RequestContext& context) {
+Exchange ExchangeWith(const asio::ip::address& peer, const Message& request, const RequestContext& context) {
   const Result<Bytes> encoded = Encode(request);
   if (!encoded) {
     return {End::kTooLarge, std::nullopt};

@@ -2,6 +2,7 @@
 
 #include <asio/buffer.hpp>
 #include <asio/ip/multicast.hpp>
+#include <asio/ip/v6_only.hpp>
 #include <asio/socket_base.hpp>
 
 namespace slp {
@@ -34,6 +35,25 @@ std::optional<DatagramSocket> DatagramSocket::ForMulticast(asio::io_context& con
                  socket.bind({local, 0}, error);
                },
                [&](auto& error) { socket.set_option(asio::ip::multicast::outbound_interface(local), error); },
+               [&](auto& error) { socket.set_option(asio::ip::multicast::hops(ttl), error); },
+               [&](auto& error) { socket.set_option(asio::ip::multicast::enable_loopback(true), error); },
+               [&](auto& error) { socket.non_blocking(true, error); });
+  return ready ? std::optional(std::move(opened)) : std::nullopt;
+}
+
+std::optional<DatagramSocket> DatagramSocket::ForIpv6Multicast(asio::io_context& context,
+                                                               std::uint32_t interface_index, int ttl) {
+  DatagramSocket opened(context);
+  asio::ip::udp::socket& socket = opened.socket_;
+  const bool ready =
+      Succeeds([&](auto& error) { socket.open(asio::ip::udp::v6(), error); },
+               [&](auto& error) { socket.set_option(asio::ip::v6_only(true), error); },
+               [&](auto& error) {
+                 socket.bind({asio::ip::address_v6::any(), 0}, error);
+               },
+               [&](auto& error) {
+                 socket.set_option(asio::ip::multicast::outbound_interface(interface_index), error);
+               },
                [&](auto& error) { socket.set_option(asio::ip::multicast::hops(ttl), error); },
                [&](auto& error) { socket.set_option(asio::ip::multicast::enable_loopback(true), error); },
                [&](auto& error) { socket.non_blocking(true, error); });

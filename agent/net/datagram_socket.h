@@ -30,6 +30,10 @@ class DatagramSocket {
   /// too.
   static std::optional<DatagramSocket> ForMulticast(asio::io_context& context,
                                                     const asio::ip::address_v4& local, int ttl);
+  /// The same for groups of IPv6, by the interface with this index; the system chooses among its addresses
+  /// what suits the group.
+  static std::optional<DatagramSocket> ForIpv6Multicast(asio::io_context& context,
+                                                        std::uint32_t interface_index, int ttl);
   /// May send to broadcast addresses; they leave by the interface of `local`.
   static std::optional<DatagramSocket> ForBroadcast(asio::io_context& context,
                                                     const asio::ip::address_v4& local);

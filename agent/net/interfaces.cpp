@@ -10,19 +10,55 @@
 namespace slp {
 namespace {
 
+bool SameBytes(const asio::ip::address& one, const asio::ip::address& other) {
+  return one.is_v6() && other.is_v6() && one.to_v6().to_bytes() == other.to_v6().to_bytes();
+}
+
+/// Whether `wanted` means `address`; without a zone it means that address of any link.
+bool Means(const asio::ip::address& wanted, const asio::ip::address& address) {
+  return wanted == address ||
+         (wanted.is_v6() && wanted.to_v6().scope_id() == 0 && SameBytes(wanted, address));
+}
+
+/// Whether both lie in the network that `netmask` cuts out. Networks of a link are told apart by the link.
+bool SameNetwork(const asio::ip::address_v6& one, const asio::ip::address_v6& other,
+                 const asio::ip::address_v6& netmask) {
+  const auto one_bytes = one.to_bytes();
+  const auto other_bytes = other.to_bytes();
+  const auto mask = netmask.to_bytes();
+  for (std::size_t i = 0; i < mask.size(); ++i) {
+    if (((one_bytes[i] ^ other_bytes[i]) & mask[i]) != 0) {
+      return false;
+    }
+  }
+  return one.scope_id() == other.scope_id();
+}
+
+bool InNetworkOf(const Interface& candidate, const asio::ip::address& address) {
+  if (candidate.address.is_v4() != address.is_v4() || candidate.netmask.is_unspecified()) {
+    return false;
+  }
+  if (address.is_v6()) {
+    return SameNetwork(candidate.address.to_v6(), address.to_v6(), candidate.netmask.to_v6());
+  }
+  const auto mask = candidate.netmask.to_v4().to_uint();
+  return (candidate.address.to_v4().to_uint() & mask) == (address.to_v4().to_uint() & mask);
+}
+
 /// What one element of net.slp.interfaces stands for.
 std::vector<Interface> Resolve(const std::vector<Interface>& all, const std::string& element) {
-  const auto address = ParseAddress(element);
+  const auto address = ParseAnyAddress(element);
   std::vector<Interface> found;
   for (const Interface& candidate : all) {
-    if (candidate.up && (address ? candidate.address == *address : EqualFolded(candidate.name, element))) {
+    if (candidate.up &&
+        (address ? Means(*address, candidate.address) : EqualFolded(candidate.name, element))) {
       found.push_back(candidate);
     }
   }
-  if (found.empty() && address && address->is_loopback()) {
+  if (found.empty() && address && address->is_v4() && address->is_loopback()) {
     // Hosts list 127.0.0.1 alone, yet the whole network is theirs.
     const auto loopback = std::find_if(all.begin(), all.end(), [](const Interface& candidate) {
-      return candidate.up && candidate.loopback;
+      return candidate.up && candidate.loopback && candidate.address.is_v4();
     });
     if (loopback != all.end()) {
       found.push_back(*loopback);
@@ -67,17 +103,28 @@ InterfaceSelection SelectInterfaces(const std::vector<Interface>& all,
   return selection;
 }
 
-bool IsOwnAddress(const std::vector<Interface>& all, const asio::ip::address_v4& address) {
+asio::ip::address OnSomeLink(const std::vector<Interface>& all, const asio::ip::address& address) {
+  const auto of_link = [](const asio::ip::address& one) {
+    return one.is_v6() && one.to_v6().is_link_local();
+  };
+  if (!of_link(address) || address.to_v6().scope_id() != 0) {
+    return address;
+  }
+  const auto link = std::find_if(all.begin(), all.end(), [&](const Interface& candidate) {
+    return candidate.up && of_link(candidate.address);
+  });
+  return link == all.end() ? address : asio::ip::address_v6(address.to_v6().to_bytes(), link->index);
+}
+
+bool IsOwnAddress(const std::vector<Interface>& all, const asio::ip::address& address) {
   return address.is_loopback() || std::any_of(all.begin(), all.end(), [&](const Interface& candidate) {
            return candidate.address == address;
          });
 }
 
-bool IsOnOwnNetwork(const std::vector<Interface>& all, const asio::ip::address_v4& address) {
+bool IsOnOwnNetwork(const std::vector<Interface>& all, const asio::ip::address& address) {
   return IsOwnAddress(all, address) || std::any_of(all.begin(), all.end(), [&](const Interface& candidate) {
-           const auto mask = candidate.netmask.to_uint();
-           return candidate.up && mask != 0 &&
-                  (candidate.address.to_uint() & mask) == (address.to_uint() & mask);
+           return candidate.up && InNetworkOf(candidate, address);
          });
 }
 

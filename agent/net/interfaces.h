@@ -1,8 +1,9 @@
-// The IPv4 interfaces of this host and the choice among them that net.slp.interfaces makes. Selecting is a
-// pure function; any thread may call everything here.
+// The addresses of this host's interfaces and the choice among them that net.slp.interfaces makes. Selecting
+// is a pure function; any thread may call everything here.
 #pragma once
 
-#include <asio/ip/address_v4.hpp>
+#include <asio/ip/address.hpp>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -10,19 +11,20 @@ namespace slp {
 
 /// One address of one interface; an interface with two addresses appears twice.
 struct Interface {
-  std::string name;  ///< "eth0"; on Windows the friendly name, "Ethernet 2"
-  asio::ip::address_v4 address;
-  asio::ip::address_v4 netmask;
+  std::string name;           ///< "eth0"; on Windows the friendly name, "Ethernet 2"
+  asio::ip::address address;  ///< with its zone when it is of a link
+  asio::ip::address netmask;  ///< of the same family
   bool up = false;
   bool multicast = false;  ///< can send to and join multicast groups
   bool loopback = false;
+  std::uint32_t index = 0;  ///< by which sockets of IPv6 name the interface; 0 with an IPv4 address
 
   bool operator==(const Interface&) const = default;
 };
 
-/// The interfaces as they are now, in the operating system's order; empty when it does not tell. Does not
-/// block.
-std::vector<Interface> EnumerateInterfaces();
+/// The interfaces as they are now, in the operating system's order, with those addresses of IPv6 only that
+/// are asked for; empty when it does not tell. Does not block.
+std::vector<Interface> EnumerateInterfaces(bool with_ipv6 = false);
 
 struct InterfaceSelection {
   std::vector<Interface> interfaces;
@@ -32,17 +34,22 @@ struct InterfaceSelection {
 };
 
 /// Those of `all` that `wanted` names, in its order, each once. An element is a name or an address, compared
-/// without regard to case and outer blanks; a name stands for all addresses of that interface. Any address of
+/// without regard to case and outer blanks; a name stands for all addresses of that interface, and an address
+/// of a link without a zone for every interface that has it. Any address of
 /// 127.0.0.0/8 is taken when the host has a loopback interface. An empty `wanted` selects everything that is
 /// up and can multicast, and behind it the loopback interface, so that agents of one host find each other
 /// without a network.
 InterfaceSelection SelectInterfaces(const std::vector<Interface>& all,
                                     const std::vector<std::string>& wanted);
 
-/// Whether `address` belongs to this host: one of `all`, or any of 127.0.0.0/8.
-bool IsOwnAddress(const std::vector<Interface>& all, const asio::ip::address_v4& address);
+/// An address of a link that comes without its zone, on the first interface of `all` that has such addresses;
+/// any other address as it is.
+asio::ip::address OnSomeLink(const std::vector<Interface>& all, const asio::ip::address& address);
+
+/// Whether `address` belongs to this host: one of `all`, any of 127.0.0.0/8, or ::1.
+bool IsOwnAddress(const std::vector<Interface>& all, const asio::ip::address& address);
 
 /// Whether `address` lies in the network of one of `all` (loopback included).
-bool IsOnOwnNetwork(const std::vector<Interface>& all, const asio::ip::address_v4& address);
+bool IsOnOwnNetwork(const std::vector<Interface>& all, const asio::ip::address& address);
 
 }  // namespace slp

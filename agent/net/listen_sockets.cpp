@@ -1,10 +1,14 @@
 #include "net/listen_sockets.h"
 
+#include <array>
 #include <asio/ip/multicast.hpp>
+#include <asio/ip/v6_only.hpp>
 #include <asio/socket_base.hpp>
 
 #ifdef _WIN32
 #include <mstcpip.h>
+#else
+#include <net/if.h>
 #endif
 
 namespace slp {
@@ -33,8 +37,12 @@ asio::error_code OwnMembershipsOnly(asio::detail::socket_type) {
   return {};
 }
 
+asio::error_code OneInterfaceOnly(asio::detail::socket_type, std::uint32_t) {
+  return {};
+}
+
 // No socket can be bound to a group.
-asio::ip::address GroupBinding(const asio::ip::address& group) {
+asio::ip::address GroupBinding(const asio::ip::address& group, std::uint32_t) {
   return group.is_v4() ? asio::ip::address(asio::ip::address_v4::any())
                        : asio::ip::address(asio::ip::address_v6::any());
 }
@@ -73,7 +81,26 @@ asio::error_code OwnMembershipsOnly(int socket) {
   return {};
 }
 
-asio::ip::address GroupBinding(const asio::ip::address& group) {
+// Two sockets bound to one group of IPv6 hear it through each interface that one of them has joined it on.
+asio::error_code OneInterfaceOnly(int socket, std::uint32_t index) {
+#ifdef SO_BINDTODEVICE
+  std::array<char, IF_NAMESIZE> name{};
+  if (::if_indextoname(index, name.data()) == nullptr ||
+      ::setsockopt(socket, SOL_SOCKET, SO_BINDTODEVICE, name.data(), static_cast<socklen_t>(name.size())) !=
+          0) {
+    return {errno, asio::system_category()};
+  }
+#else
+  static_cast<void>(socket);
+  static_cast<void>(index);
+#endif
+  return {};
+}
+
+asio::ip::address GroupBinding(const asio::ip::address& group, std::uint32_t index) {
+  if (group.is_v6() && group.to_v6().is_multicast_link_local()) {
+    return asio::ip::address_v6(group.to_v6().to_bytes(), index);
+  }
   return group;
 }
 
@@ -122,17 +149,22 @@ asio::error_code MakeNonBlocking(Socket& socket) {
   return error;
 }
 
-asio::error_code SendGroupsBy(udp::socket& socket, const asio::ip::address& address) {
+asio::error_code SendGroupsBy(udp::socket& socket, const asio::ip::address& address, std::uint32_t index) {
   return address.is_v4() ? SetOption(socket, asio::ip::multicast::outbound_interface(address.to_v4()))
-                         : SetOption(socket, asio::ip::multicast::outbound_interface(
-                                                 static_cast<unsigned int>(address.to_v6().scope_id())));
+                         : SetOption(socket, asio::ip::multicast::outbound_interface(index));
+}
+
+// IPv4 has sockets of its own everywhere.
+template <typename Socket, typename Protocol>
+asio::error_code KeepFamilyApart(Socket& socket, const Protocol& protocol) {
+  return protocol == Protocol::v6() ? SetOption(socket, asio::ip::v6_only(true)) : asio::error_code();
 }
 
 template <typename Option>
 asio::error_code ChangeMembership(udp::socket& socket, const asio::ip::address& group,
-                                  const asio::ip::address& interface_address) {
+                                  const asio::ip::address& interface_address, std::uint32_t index) {
   return group.is_v4() ? SetOption(socket, Option(group.to_v4(), interface_address.to_v4()))
-                       : SetOption(socket, Option(group.to_v6(), interface_address.to_v6().scope_id()));
+                       : SetOption(socket, Option(group.to_v6(), index));
 }
 
 }  // namespace
@@ -151,14 +183,19 @@ bool UnicastSocketHearsGroup(const asio::ip::address&) {
 }
 #endif
 
-asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& local, int ttl) {
+asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& local, int ttl,
+                                   std::uint32_t interface_index) {
   return InOrder([&] { return Open(socket, local.protocol()); },
+                 [&] { return KeepFamilyApart(socket, local.protocol()); },
                  [&] { return Exclusive(socket.native_handle()); },
                  // Bound to every address it would hear the groups that other processes of the host joined.
                  [&] { return OwnMembershipsOnly(socket.native_handle()); },
-                 [&] { return SendGroupsBy(socket, local.address()); },
+                 [&] { return SendGroupsBy(socket, local.address(), interface_index); },
                  [&] { return SetOption(socket, asio::ip::multicast::hops(ttl)); },
-                 [&] { return SetOption(socket, asio::socket_base::broadcast(true)); },
+                 [&] {
+                   return local.address().is_v4() ? SetOption(socket, asio::socket_base::broadcast(true))
+                                                  : asio::error_code();
+                 },
                  [&] { return Bind(socket, local); },
                  [&] {
                    IgnoreUnreachablePeers(socket.native_handle());
@@ -168,13 +205,18 @@ asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& loc
 }
 
 asio::error_code OpenGroupSocket(udp::socket& socket, const asio::ip::address& group, std::uint16_t port,
-                                 const asio::ip::address& interface_address) {
-  const udp::endpoint local(GroupBinding(group), port);
-  return InOrder(
-      [&] { return Open(socket, local.protocol()); },
-      [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
-      [&] { return OwnMembershipsOnly(socket.native_handle()); }, [&] { return Bind(socket, local); },
-      [&] { return JoinGroup(socket, group, interface_address); }, [&] { return MakeNonBlocking(socket); });
+                                 const asio::ip::address& interface_address, std::uint32_t interface_index) {
+  const udp::endpoint local(GroupBinding(group, interface_index), port);
+  return InOrder([&] { return Open(socket, local.protocol()); },
+                 [&] { return KeepFamilyApart(socket, local.protocol()); },
+                 [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
+                 [&] {
+                   return group.is_v4() ? OwnMembershipsOnly(socket.native_handle())
+                                        : OneInterfaceOnly(socket.native_handle(), interface_index);
+                 },
+                 [&] { return Bind(socket, local); },
+                 [&] { return JoinGroup(socket, group, interface_address, interface_index); },
+                 [&] { return MakeNonBlocking(socket); });
 }
 
 asio::error_code OpenBroadcastSocket(udp::socket& socket, const udp::endpoint& broadcast) {
@@ -184,17 +226,19 @@ asio::error_code OpenBroadcastSocket(udp::socket& socket, const udp::endpoint& b
 }
 
 asio::error_code JoinGroup(udp::socket& socket, const asio::ip::address& group,
-                           const asio::ip::address& interface_address) {
-  return ChangeMembership<asio::ip::multicast::join_group>(socket, group, interface_address);
+                           const asio::ip::address& interface_address, std::uint32_t interface_index) {
+  return ChangeMembership<asio::ip::multicast::join_group>(socket, group, interface_address, interface_index);
 }
 
 asio::error_code LeaveGroup(udp::socket& socket, const asio::ip::address& group,
-                            const asio::ip::address& interface_address) {
-  return ChangeMembership<asio::ip::multicast::leave_group>(socket, group, interface_address);
+                            const asio::ip::address& interface_address, std::uint32_t interface_index) {
+  return ChangeMembership<asio::ip::multicast::leave_group>(socket, group, interface_address,
+                                                            interface_index);
 }
 
 asio::error_code OpenAcceptor(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& local) {
   return InOrder([&] { return Open(acceptor, local.protocol()); },
+                 [&] { return KeepFamilyApart(acceptor, local.protocol()); },
                  [&] { return ReuseAfterRestart(acceptor); }, [&] { return Bind(acceptor, local); },
                  [&] {
                    asio::error_code error;

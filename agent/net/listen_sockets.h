@@ -17,27 +17,30 @@ bool UnicastSocketHearsGroup(const asio::ip::address& local);
 /// Whether it hears broadcasts too (Windows).
 extern const bool kUnicastSocketHearsBroadcast;
 
-/// A non-blocking datagram socket bound to `local`; what it sends to a group leaves by this address with
-/// `ttl` hops. A second program can't bind the same address and port.
+/// A non-blocking datagram socket bound to `local`; what it sends to a group leaves by this address, or with
+/// IPv6 by the interface with this index, with `ttl` hops. A second program can't bind the same address and
+/// port.
 asio::error_code OpenUnicastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& local,
-                                   int ttl);
+                                   int ttl, std::uint32_t interface_index = 0);
 
-/// A non-blocking socket that hears what reaches the group through the interface of `interface_address`, and
+/// A non-blocking socket that hears what reaches the group through the interface of `interface_address`, with
+/// IPv6 through the one with this index, and
 /// nothing that other sockets of this host have joined. Several programs may hold one.
 asio::error_code OpenGroupSocket(asio::ip::udp::socket& socket, const asio::ip::address& group,
-                                 std::uint16_t port, const asio::ip::address& interface_address);
+                                 std::uint16_t port, const asio::ip::address& interface_address,
+                                 std::uint32_t interface_index = 0);
 
 /// A non-blocking socket bound to a broadcast address, whatever interface its datagrams come through. Several
 /// programs may hold one. Not needed where kUnicastSocketHearsBroadcast.
 asio::error_code OpenBroadcastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& broadcast);
 
-/// Lets a socket hear `group` through the interface of `interface_address`.
+/// Lets a socket hear `group` through that interface.
 asio::error_code JoinGroup(asio::ip::udp::socket& socket, const asio::ip::address& group,
-                           const asio::ip::address& interface_address);
+                           const asio::ip::address& interface_address, std::uint32_t interface_index = 0);
 
 /// The opposite of JoinGroup.
 asio::error_code LeaveGroup(asio::ip::udp::socket& socket, const asio::ip::address& group,
-                            const asio::ip::address& interface_address);
+                            const asio::ip::address& interface_address, std::uint32_t interface_index = 0);
 
 /// A listening TCP socket. A restarted program can take an address again whose old connections still linger,
 /// a second one can't take it while the first listens.

@@ -35,15 +35,18 @@ bool NetworkList::Add(const std::string& text) {
   return !error;
 }
 
-bool NetworkList::Contains(const asio::ip::address& address) const {
+bool NetworkList::Contains(const asio::ip::address& given) const {
+  const asio::ip::address address = Plain(given);
   if (address.is_v4()) {
     return std::any_of(v4_.begin(), v4_.end(), [ip = address.to_v4()](const asio::ip::network_v4& network) {
       return asio::ip::network_v4(ip, network.prefix_length()).canonical() == network;
     });
   }
-  return std::any_of(v6_.begin(), v6_.end(), [ip = address.to_v6()](const asio::ip::network_v6& network) {
-    return asio::ip::network_v6(ip, network.prefix_length()).canonical() == network;
-  });
+  return std::any_of(
+      v6_.begin(), v6_.end(),
+      [ip = asio::ip::address_v6(address.to_v6().to_bytes())](const asio::ip::network_v6& network) {
+        return asio::ip::network_v6(ip, network.prefix_length()).canonical() == network;
+      });
 }
 
 }  // namespace slp

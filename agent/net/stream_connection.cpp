@@ -38,7 +38,7 @@ StreamConnection::Status MoveAll(NativeSocket socket, AwaitedSocket::For operati
 StreamConnection::Status StreamConnection::Connect(const asio::ip::tcp::endpoint& peer,
                                                    const Deadline& deadline) {
   asio::error_code error;
-  socket_.open(asio::ip::tcp::v4(), error);
+  socket_.open(peer.protocol(), error);
   if (!error) {
     socket_.non_blocking(true, error);
   }

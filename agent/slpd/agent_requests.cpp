@@ -8,6 +8,7 @@
 #include "slpd/request_lists.h"
 #include "text/escape.h"
 #include "text/fold.h"
+#include "text/ip_address.h"
 #include "text/string_list.h"
 #include "wire/codec.h"
 
@@ -74,7 +75,7 @@ Answer AnswerServiceAgentRequest(const RequestContext& context, const SrvRqst& r
     return ErrorAnswer(FunctionId::kSrvRqst, Error::kOk);
   }
   Message advert{Header{.language = context.header.language, .extensions = {}},
-                 SaAdvert{"service:service-agent://" + AdvertisedAddress(context),
+                 SaAdvert{"service:service-agent://" + UrlHost(AdvertisedAddress(context)),
                           JoinStringList(context.settings.scopes),
                           std::move(attributes),
                           {}}};

@@ -8,7 +8,7 @@
 #include "slpd/process_binding.h"
 #include "slpd/request_context.h"
 #include "slpd/request_lists.h"
-#include "text/ipv4_address.h"
+#include "text/ip_address.h"
 #include "text/service_url.h"
 #include "text/string_list.h"
 
@@ -45,7 +45,8 @@ Error CheckSender(const RequestContext& context, const std::string& url) {
     return Error::kOk;
   }
   const Result<ServiceUrl> parsed = ParseServiceUrl(url);
-  const bool names_another = parsed && IsIpv4Address(parsed->host) && parsed->host != context.origin.address;
+  const bool names_another =
+      parsed && IsIpAddress(parsed->host) && !SameIpAddress(parsed->host, context.origin.address);
   return names_another || context.registry.OthersHave(url, context.origin.address)
              ? Error::kInvalidRegistration
              : Error::kOk;
@@ -75,8 +76,9 @@ bool IsTooSoon(const RequestContext& context, const std::string& url) {
 /// Another agent of this host, confined to an address of its own, registers from there.
 RegistrationSource SourceOf(const RequestContext& context) {
   const RequestOrigin& origin = context.origin;
-  const bool own_program = origin.own_host && (origin.address == "127.0.0.1" ||
-                                               ListContains(context.settings.own_addresses, origin.address));
+  const bool own_program =
+      origin.own_host && (origin.address == "127.0.0.1" || origin.address == "::1" ||
+                          ListContains(context.settings.own_addresses, WithoutZone(origin.address)));
   return own_program ? RegistrationSource::kMessage : RegistrationSource::kAgent;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "slpd/request_context.h"
+#include "text/ip_address.h"
 #include "text/language.h"
 #include "text/string_list.h"
 #include "wire/codec.h"
@@ -40,7 +41,7 @@ bool NamesThisAgent(const std::string& previous_responders, const AgentSettings&
                     const RequestOrigin& origin) {
   std::vector<std::string> named = SplitStringList(previous_responders);
   if (!origin.own_host) {
-    std::erase_if(named, [](const std::string& address) { return address.starts_with("127."); });
+    std::erase_if(named, IsLoopbackAddress);
   }
   return ListsIntersect(named, settings.own_addresses);
 }

@@ -30,7 +30,7 @@ int OpenReports() {
   }
   sockaddr_nl local{};
   local.nl_family = AF_NETLINK;
-  local.nl_groups = RTMGRP_LINK | RTMGRP_IPV4_IFADDR;
+  local.nl_groups = RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR;
   sockaddr general{};
   static_assert(sizeof local <= sizeof general);
   std::copy_n(reinterpret_cast<const char*>(&local), sizeof local, reinterpret_cast<char*>(&general));

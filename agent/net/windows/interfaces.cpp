@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "net/addresses.h"
+
 namespace slp {
 namespace {
 
@@ -23,19 +25,33 @@ std::string ToUtf8(const wchar_t* text) {
   return result;
 }
 
-asio::ip::address_v4 ToAddress(const sockaddr* address) {
+asio::ip::address ToAddress(const sockaddr* address) {
+  if (address->sa_family == AF_INET6) {
+    sockaddr_in6 v6;
+    std::memcpy(&v6, address, sizeof v6);
+    asio::ip::address_v6::bytes_type bytes;
+    std::memcpy(bytes.data(), &v6.sin6_addr, bytes.size());
+    return Plain(asio::ip::address_v6(bytes, v6.sin6_scope_id));
+  }
   sockaddr_in v4;
   std::memcpy(&v4, address, sizeof v4);
   return asio::ip::address_v4(ntohl(v4.sin_addr.s_addr));
 }
 
-asio::ip::address_v4 ToNetmask(unsigned prefix_length) {
+asio::ip::address ToNetmask(int family, unsigned prefix_length) {
+  if (family == AF_INET6) {
+    asio::ip::address_v6::bytes_type bytes{};
+    for (unsigned bit = 0; bit < prefix_length && bit < 8 * bytes.size(); ++bit) {
+      bytes[bit / 8] |= static_cast<unsigned char>(0x80U >> (bit % 8));
+    }
+    return asio::ip::address_v6(bytes);
+  }
   const unsigned bits = prefix_length > 32 ? 0 : prefix_length;
   return asio::ip::address_v4(bits == 0 ? 0U : 0xFFFFFFFFU << (32 - bits));
 }
 
 /// The adapters' records lie one after another in `buffer`; null when the system does not tell.
-const IP_ADAPTER_ADDRESSES* QueryAdapters(std::vector<std::byte>& buffer) {
+const IP_ADAPTER_ADDRESSES* QueryAdapters(ULONG family, std::vector<std::byte>& buffer) {
   constexpr ULONG kFlags = GAA_FLAG_SKIP_ANYCAST | GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER;
   // The needed size may grow between two calls when an adapter comes; a few tries are enough.
   ULONG size = 16384;
@@ -43,7 +59,7 @@ const IP_ADAPTER_ADDRESSES* QueryAdapters(std::vector<std::byte>& buffer) {
     buffer.resize(size);
     void* const start = buffer.data();
     auto* const first = static_cast<IP_ADAPTER_ADDRESSES*>(start);
-    const ULONG status = GetAdaptersAddresses(AF_INET, kFlags, nullptr, first, &size);
+    const ULONG status = GetAdaptersAddresses(family, kFlags, nullptr, first, &size);
     if (status == NO_ERROR) {
       return first;
     }
@@ -56,20 +72,23 @@ const IP_ADAPTER_ADDRESSES* QueryAdapters(std::vector<std::byte>& buffer) {
 
 }  // namespace
 
-std::vector<Interface> EnumerateInterfaces() {
+std::vector<Interface> EnumerateInterfaces(bool with_ipv6) {
   std::vector<std::byte> buffer;
   std::vector<Interface> found;
-  for (const auto* adapter = QueryAdapters(buffer); adapter != nullptr; adapter = adapter->Next) {
+  const ULONG families = with_ipv6 ? AF_UNSPEC : AF_INET;
+  for (const auto* adapter = QueryAdapters(families, buffer); adapter != nullptr; adapter = adapter->Next) {
     for (const auto* entry = adapter->FirstUnicastAddress; entry != nullptr; entry = entry->Next) {
-      if (entry->Address.lpSockaddr->sa_family != AF_INET) {
+      const int family = entry->Address.lpSockaddr->sa_family;
+      if (family != AF_INET && !(with_ipv6 && family == AF_INET6)) {
         continue;
       }
       found.push_back({.name = ToUtf8(adapter->FriendlyName),
                        .address = ToAddress(entry->Address.lpSockaddr),
-                       .netmask = ToNetmask(entry->OnLinkPrefixLength),
+                       .netmask = ToNetmask(family, entry->OnLinkPrefixLength),
                        .up = adapter->OperStatus == IfOperStatusUp,
                        .multicast = adapter->NoMulticast == 0,
-                       .loopback = adapter->IfType == IF_TYPE_SOFTWARE_LOOPBACK});
+                       .loopback = adapter->IfType == IF_TYPE_SOFTWARE_LOOPBACK,
+                       .index = family == AF_INET6 ? adapter->Ipv6IfIndex : 0});
     }
   }
   return found;

@@ -1,5 +1,6 @@
 #include "slpd/directory/advertisement.h"
 
+#include "text/ip_address.h"
 #include "text/string_list.h"
 
 namespace slp {
@@ -7,7 +8,7 @@ namespace slp {
 DaAdvert MakeAdvertisement(const AgentSettings& settings, const std::string& address) {
   return {.error = Error::kOk,
           .boot_timestamp = settings.boot_timestamp,
-          .url = "service:directory-agent://" + address,
+          .url = "service:directory-agent://" + UrlHost(address),
           .scopes = JoinStringList(settings.scopes),
           .attributes = settings.directory_agent_attributes,
           .spi = {},

@@ -1,5 +1,6 @@
 #include "slpd/directory/client_settings.h"
 
+#include "text/ip_address.h"
 #include "text/ipv4_address.h"
 #include "text/string_list.h"
 
@@ -20,12 +21,13 @@ DirectoryClientSettings DirectoryClientSettings::From(const Properties& properti
                                                       const AgentSettings& agent,
                                                       std::vector<std::string>& problems) {
   DirectoryClientSettings settings;
+  const bool ipv6 = properties.GetBool("net.slp.useIPv6");
   for (std::string& address : ListUnion({}, properties.GetStringList("net.slp.DAAddresses"))) {
-    if (IsIpv4Address(address)) {
+    if (IsIpv4Address(address) || (ipv6 && ParseIpv6Address(address))) {
       settings.configured.push_back(std::move(address));
     } else {
-      problems.push_back("net.slp.DAAddresses names " + address +
-                         ", which is no IPv4 address; it is not used");
+      problems.push_back("net.slp.DAAddresses names " + address + ", which is no " + (ipv6 ? "IP" : "IPv4") +
+                         " address; it is not used");
     }
   }
   settings.active = properties.GetBool("net.slp.activeDADetection");

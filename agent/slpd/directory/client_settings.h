@@ -26,8 +26,9 @@ struct DirectoryClientSettings {
   std::size_t mtu = 1400;
   std::vector<std::string> own_addresses;
 
-  /// `agent` is complete, with its own addresses. What net.slp.DAAddresses names that is no IPv4 address is
-  /// told in `problems` and left out: a name would have to be looked up while everything else waits.
+  /// `agent` is complete, with its own addresses. What net.slp.DAAddresses names that is no IPv4 address, or
+  /// with net.slp.useIPv6 no IP address, is told in `problems` and left out: a name would have to be looked
+  /// up while everything else waits.
   static DirectoryClientSettings From(const Properties& properties, const AgentSettings& agent,
                                       std::vector<std::string>& problems);
 

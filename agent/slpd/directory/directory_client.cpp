@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "text/fold.h"
-#include "text/ipv4_address.h"
+#include "text/ip_address.h"
 #include "text/service_url.h"
 #include "text/string_list.h"
 #include "wire/codec.h"
@@ -66,12 +66,12 @@ void DirectoryClient::Apply(const DirectoryClientSettings& settings, Instant now
     return;
   }
   std::erase_if(agents_, [&](const auto& entry) {
-    return ListContains(settings_.own_addresses, entry.first) ||
+    return IsOwn(entry.first) ||
            (entry.second.configured && !ListContains(settings_.configured, entry.first)) ||
            (!entry.second.configured && !settings_.active && !settings_.passive);
   });
   for (const std::string& address : settings_.configured) {
-    if (agents_.size() < kMostAgents && !ListContains(settings_.own_addresses, address)) {
+    if (agents_.size() < kMostAgents && !IsOwn(address)) {
       Agent& agent = agents_[address];
       agent.peer.address = address;
       if (!std::exchange(agent.configured, true)) {
@@ -136,7 +136,7 @@ void DirectoryClient::OnAdvertisement(const Message& message, const RequestOrigi
     return;
   }
   if (discovery_.Answers(message.header.xid)) {
-    discovery_.AddResponder(origin.address);
+    discovery_.AddResponder(std::string(WithoutZone(origin.address)));
   }
   if (agent != nullptr && agent->outstanding &&
       agent->outstanding->message.header.xid == message.header.xid && message.header.xid != 0) {
@@ -155,14 +155,14 @@ void DirectoryClient::OnAdvertisement(const Message& message, const RequestOrigi
     return;
   }
   const Result<ServiceUrl> url = ParseServiceUrl(advert.url);
-  if (url && url->host == origin.address && EqualFolded(url->type, "service:directory-agent")) {
+  if (url && SameIpAddress(url->host, origin.address) && EqualFolded(url->type, "service:directory-agent")) {
     TakeAdvertisement(advert, origin, now);
   }
 }
 
 bool DirectoryClient::WantsAdvertisement(const Message& message, const RequestOrigin& origin,
                                          const Agent* agent) const {
-  if (!IsIpv4Address(origin.address) || ListContains(settings_.own_addresses, origin.address)) {
+  if (!IsIpAddress(origin.address) || IsOwn(origin.address)) {
     return false;
   }
   const std::uint16_t xid = message.header.xid;
@@ -460,6 +460,10 @@ std::vector<std::string> DirectoryClient::Serving(const std::vector<std::string>
     }
   }
   return urls;
+}
+
+bool DirectoryClient::IsOwn(const std::string& address) const {
+  return ListContains(settings_.own_addresses, WithoutZone(address));
 }
 
 DirectoryClient::Agent* DirectoryClient::Find(const std::string& address) {

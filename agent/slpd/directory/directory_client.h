@@ -100,6 +100,7 @@ class DirectoryClient {
   Message AskMessage();
   void Emit(const Agent& agent, const Outstanding& outstanding);
   void QueueEverything(Agent& agent);
+  bool IsOwn(const std::string& address) const;
   Agent* Find(const std::string& address);
   Instant RandomWait();
   std::uint16_t NewXid();

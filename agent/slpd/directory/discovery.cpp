@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "text/ip_address.h"
 #include "text/string_list.h"
 #include "wire/codec.h"
 
@@ -52,7 +53,7 @@ bool Discovery::TakeDue(const DirectoryClientSettings& settings, std::uint16_t x
 Message Discovery::Request(const DirectoryClientSettings& settings, bool loopback) const {
   std::vector<std::string> responders = responders_;
   if (!loopback) {
-    std::erase_if(responders, [](const std::string& address) { return address.starts_with("127."); });
+    std::erase_if(responders, IsLoopbackAddress);
   }
   return {.header = {.request_multicast = true, .xid = xid_, .language = settings.language, .extensions = {}},
           .body = SrvRqst{.previous_responders = JoinStringList(responders),

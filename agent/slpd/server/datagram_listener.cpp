@@ -49,12 +49,12 @@ bool DatagramListener::Send(std::span<const std::uint8_t> message, const asio::i
   return !error;
 }
 
-asio::error_code DatagramListener::Join(const asio::ip::address& group) {
-  return JoinGroup(socket_, group, local_);
+asio::error_code DatagramListener::Join(const asio::ip::address& group, std::uint32_t interface_index) {
+  return JoinGroup(socket_, group, local_, interface_index);
 }
 
-asio::error_code DatagramListener::Leave(const asio::ip::address& group) {
-  return LeaveGroup(socket_, group, local_);
+asio::error_code DatagramListener::Leave(const asio::ip::address& group, std::uint32_t interface_index) {
+  return LeaveGroup(socket_, group, local_, interface_index);
 }
 
 void DatagramListener::Receive() {

@@ -33,9 +33,9 @@ class DatagramListener : public std::enable_shared_from_this<DatagramListener> {
   /// Hands one datagram to the system; whether it took it. Never waits.
   bool Send(std::span<const std::uint8_t> message, const asio::ip::udp::endpoint& to);
 
-  /// Lets a unicast socket hear a group through its interface.
-  asio::error_code Join(const asio::ip::address& group);
-  asio::error_code Leave(const asio::ip::address& group);
+  /// Lets a unicast socket hear a group through its interface, which IPv6 names by its index.
+  asio::error_code Join(const asio::ip::address& group, std::uint32_t interface_index);
+  asio::error_code Leave(const asio::ip::address& group, std::uint32_t interface_index);
 
   const asio::ip::address& local_address() const { return local_; }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "net/addresses.h"
 #include "slpd/directory/advertisement.h"
 #include "slpd/server/message_text.h"
 #include "wire/codec.h"
@@ -45,7 +46,14 @@ void DirectoryTraffic::Apply(const AgentSettings& settings, const Properties& pr
     advertiser_.Start(settings_.heartbeat, std::max(now, settings_.announced_from));
   }
   std::vector<std::string> problems;
-  client_.Apply(DirectoryClientSettings::From(properties, settings, problems), now);
+  DirectoryClientSettings client = DirectoryClientSettings::From(properties, settings, problems);
+  for (std::string& configured : client.configured) {
+    // As the sockets write it where its messages come from.
+    if (const auto address = ParseAnyAddress(configured)) {
+      configured = address->to_string();
+    }
+  }
+  client_.Apply(client, now);
   for (const std::string& problem : problems) {
     log_.Write(LogKind::kProblem, problem);
   }

@@ -16,7 +16,8 @@ namespace slp {
 struct ListenPlace {
   asio::ip::address address;
   std::string interface_name;
-  bool group = false;  ///< hears the SLP group, too
+  bool group = false;                 ///< hears the SLP group, too; with IPv6 all of GroupsFor
+  std::uint32_t interface_index = 0;  ///< as in Interface
   bool operator==(const ListenPlace&) const = default;
 };
 
@@ -32,10 +33,11 @@ struct ListenPlan {
 /// Steps:
 /// 1. net.slp.interfaces selects the interfaces; empty: all that can multicast, and loopback.
 /// 2. When it names none of the loopback network, 127.0.0.1 is served as well, without the group: the
-/// applications
-///    of this host register there. (An agent that is confined to an address like 127.0.0.2 stays confined to
-///    it.)
-/// 3. What is no address or interface of this host is told in `problems` and left out.
+///    applications of this host register there. (An agent that is confined to an address like 127.0.0.2 stays
+///    confined to it.) With net.slp.useIPv6 the host's ::1 comes along.
+/// 3. Of several IPv6 addresses of an interface one hears the groups, so that nobody gets two answers: the
+///    first that reaches beyond the link, else the first.
+/// 4. What is no address or interface of this host is told in `problems` and left out.
 ListenPlan MakeListenPlan(const Properties& properties, const std::vector<Interface>& all,
                           std::vector<std::string>& problems);
 

@@ -39,6 +39,19 @@ std::string CannotServe(std::string_view transport, const asio::ip::address& add
          "): " + error.message() + Advice(error, port);
 }
 
+bool IsOfLink(const asio::ip::address& address) {
+  return address.is_v6() && address.to_v6().is_link_local();
+}
+
+// Where an agent at `local` says what is about directory agents.
+std::vector<asio::ip::address> GroupsToTell(const asio::ip::address& local) {
+  if (local.is_v4()) {
+    return {kMulticastGroup};
+  }
+  return {Ipv6Group(GroupReach::kLink, kDirectoryAgentsGroup),
+          Ipv6Group(GroupReach::kSite, kDirectoryAgentsGroup)};
+}
+
 }  // namespace
 
 void Listeners::Place::Start() const {
@@ -49,7 +62,7 @@ void Listeners::Place::Start() const {
 void Listeners::Place::Close() const {
   unicast->Close();
   stream->Close();
-  if (group) {
+  for (const auto& group : groups) {
     group->Close();
   }
 }
@@ -103,7 +116,7 @@ bool Listeners::Apply(const ListenPlan& plan, std::vector<std::string>& problems
     if (wanted.group) {
       OpenGroup(place->second, wanted, plan, problems);
     } else {
-      LeaveGroup(place->second);
+      LeaveGroup(wanted.address, place->second);
     }
   }
   if (broadcast_changed) {
@@ -128,12 +141,16 @@ void Listeners::Close() {
 void Listeners::SendToAll(bool broadcast,
                           const std::function<Bytes(const asio::ip::address& address)>& message) const {
   for (const auto& [key, place] : places_) {
-    const bool by_broadcast = broadcast && !plan_.broadcast.is_unspecified() && !key.first.is_loopback();
-    if (place.in_group) {
+    const bool by_broadcast =
+        broadcast && !plan_.broadcast.is_unspecified() && key.first.is_v4() && !key.first.is_loopback();
+    if (!place.in_group) {
+      continue;
+    }
+    const Bytes bytes = message(key.first);
+    for (const asio::ip::address& to :
+         by_broadcast ? std::vector{plan_.broadcast} : GroupsToTell(key.first)) {
       // One that an interface does not take is sent again later, as one that is lost.
-      static_cast<void>(place.unicast->Send(
-          message(key.first),
-          {by_broadcast ? plan_.broadcast : asio::ip::address(kMulticastGroup), plan_.port}));
+      static_cast<void>(place.unicast->Send(bytes, {to, plan_.port}));
     }
   }
 }
@@ -155,9 +172,12 @@ std::optional<asio::ip::address> Listeners::LocalAddressTowards(const asio::ip::
   if (const DatagramListener* facing = ListenerFacing(peer)) {
     return facing->local_address();
   }
-  for (const auto& [key, place] : places_) {
-    if (key.first.is_loopback() == peer.is_loopback()) {
-      return key.first;
+  for (const bool of_link : {false, true}) {
+    for (const auto& [key, place] : places_) {
+      if (key.first.is_v4() == peer.is_v4() && key.first.is_loopback() == peer.is_loopback() &&
+          IsOfLink(key.first) == of_link) {
+        return key.first;
+      }
     }
   }
   return std::nullopt;
@@ -177,7 +197,7 @@ std::vector<std::string> Listeners::ServedAddresses() const {
   std::vector<std::string> addresses;
   for (const ListenPlace& place : plan_.places) {
     if (places_.count({place.address, plan_.port}) > 0) {
-      addresses.push_back(place.address.to_string());
+      addresses.push_back(WithoutZone(place.address));
     }
   }
   return addresses;
@@ -186,7 +206,8 @@ std::vector<std::string> Listeners::ServedAddresses() const {
 std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const ListenPlan& plan,
                                                 std::vector<std::string>& problems) {
   udp::socket unicast(io_);
-  if (const auto error = OpenUnicastSocket(unicast, {wanted.address, plan.port}, plan.multicast_hops)) {
+  if (const auto error = OpenUnicastSocket(unicast, {wanted.address, plan.port}, plan.multicast_hops,
+                                           wanted.interface_index)) {
     problems.push_back(CannotServe("UDP", wanted.address, plan.port, wanted.interface_name, error));
     return std::nullopt;
   }
@@ -198,37 +219,49 @@ std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const
   Place place;
   place.unicast = std::make_shared<DatagramListener>(std::move(unicast), receiver_);
   place.stream = std::make_shared<StreamListener>(std::move(acceptor), connections_);
+  place.interface_index = wanted.interface_index;
   return place;
 }
 
+// A place that hears one of its groups is in them; what the others lack is told once.
 void Listeners::OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
                           std::vector<std::string>& problems) {
-  udp::socket socket(io_);
-  const bool by_unicast_socket = UnicastSocketHearsGroup(wanted.address);
-  const auto error = by_unicast_socket ? place.unicast->Join(kMulticastGroup)
-                                       : OpenGroupSocket(socket, kMulticastGroup, plan.port, wanted.address);
-  if (error) {
-    problems.push_back("multicast requests are not heard on " + wanted.address.to_string() + " (" +
-                       wanted.interface_name + "): " + error.message());
-    return;
+  asio::error_code first_error;
+  for (const asio::ip::address& group : GroupsFor(wanted.address)) {
+    udp::socket socket(io_);
+    const bool by_unicast_socket = UnicastSocketHearsGroup(wanted.address);
+    const auto error =
+        by_unicast_socket ? place.unicast->Join(group, wanted.interface_index)
+                          : OpenGroupSocket(socket, group, plan.port, wanted.address, wanted.interface_index);
+    if (error) {
+      first_error = first_error ? first_error : error;
+      continue;
+    }
+    place.in_group = true;
+    if (!by_unicast_socket) {
+      place.groups.push_back(std::make_shared<DatagramListener>(
+          std::move(socket), receiver_,
+          [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); }));
+      place.groups.back()->Start();
+    }
   }
-  place.in_group = true;
-  if (!by_unicast_socket) {
-    place.group = std::make_shared<DatagramListener>(
-        std::move(socket), receiver_,
-        [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); });
-    place.group->Start();
+  if (first_error) {
+    problems.push_back("multicast requests are not heard on " + wanted.address.to_string() + " (" +
+                       wanted.interface_name + "): " + first_error.message());
   }
 }
 
-void Listeners::LeaveGroup(Place& place) {
-  if (place.group) {
-    place.group->Close();
-    place.group.reset();
-  } else {
-    // A membership that is already gone, with its interface, needs no leaving.
-    static_cast<void>(place.unicast->Leave(kMulticastGroup));
+void Listeners::LeaveGroup(const asio::ip::address& address, Place& place) {
+  for (const auto& group : place.groups) {
+    group->Close();
   }
+  if (place.groups.empty()) {
+    for (const asio::ip::address& group : GroupsFor(address)) {
+      // A membership that is already gone, with its interface, needs no leaving.
+      static_cast<void>(place.unicast->Leave(group, place.interface_index));
+    }
+  }
+  place.groups.clear();
   place.in_group = false;
 }
 
@@ -253,15 +286,12 @@ void Listeners::OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& 
 }
 
 DatagramListener* Listeners::ListenerFacing(const asio::ip::address& sender) const {
-  if (!sender.is_v4()) {
-    return nullptr;
-  }
-  std::vector<Interface> all = EnumerateInterfaces();
+  std::vector<Interface> all = EnumerateInterfaces(sender.is_v6());
   std::erase_if(all, [this](const Interface& entry) {
     return places_.count({entry.address, plan_.port}) == 0;
   });
   for (const Interface& entry : all) {
-    if (IsOnOwnNetwork({entry}, sender.to_v4())) {
+    if (IsOnOwnNetwork({entry}, sender)) {
       return places_.at({entry.address, plan_.port}).unicast.get();
     }
   }

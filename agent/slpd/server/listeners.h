@@ -34,7 +34,8 @@ class Listeners {
   void Close();
 
   /// Sends what `message` returns for an address to the SLP group, or to the broadcast address where there is
-  /// one to be used, by each place that hears the group.
+  /// one to be used, by each place that hears the group. Those of IPv6 send it to the groups of directory
+  /// agents: it is about these (RFC 3111 section 4.1).
   void SendToAll(bool broadcast, const std::function<Bytes(const asio::ip::address& address)>& message) const;
 
   /// One datagram to the port of every agent, from the place at `local` or, where nothing is served there,
@@ -42,8 +43,9 @@ class Listeners {
   void SendTo(std::span<const std::uint8_t> message, const asio::ip::address& to,
               const std::string& local) const;
 
-  /// The served address to speak to `peer` from: `local`, else one in the same network, else any that is not
-  /// of the loopback network; none when nothing is served that reaches it.
+  /// The served address to speak to `peer` from: `local`, else one in the same network, else any of the same
+  /// family that is not of the loopback network, and only then one that does not reach beyond its link; none
+  /// when nothing is served that reaches it.
   std::optional<asio::ip::address> LocalAddressTowards(const asio::ip::address& peer,
                                                        const std::string& local) const;
 
@@ -52,7 +54,7 @@ class Listeners {
   /// "127.0.0.1:427", in the plan's order.
   std::vector<std::string> ServedEndpoints() const;
 
-  /// The served addresses, in the plan's order.
+  /// The served addresses, in the plan's order, without zones.
   std::vector<std::string> ServedAddresses() const;
 
   const ConnectionTable& connections() const { return connections_; }
@@ -60,9 +62,10 @@ class Listeners {
  private:
   struct Place {
     std::shared_ptr<DatagramListener> unicast;
-    std::shared_ptr<DatagramListener> group;
+    std::vector<std::shared_ptr<DatagramListener>> groups;
     std::shared_ptr<StreamListener> stream;
     bool in_group = false;
+    std::uint32_t interface_index = 0;
     void Start() const;
     void Close() const;
   };
@@ -72,7 +75,7 @@ class Listeners {
                             std::vector<std::string>& problems);
   void OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
                  std::vector<std::string>& problems);
-  static void LeaveGroup(Place& place);
+  static void LeaveGroup(const asio::ip::address& address, Place& place);
   void OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems);
   DatagramListener* ListenerFacing(const asio::ip::address& sender) const;
 

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <random>
 
+#include "net/addresses.h"
 #include "slpd/registration_file.h"
 #include "wire/codec.h"
 
@@ -38,6 +39,10 @@ bool CheckRegistrationFile(const AgentSettings& settings, std::string& reason) {
     reason = problems.front().ToString();
   }
   return problems.empty();
+}
+
+std::vector<Interface> HostInterfaces(const Configuration& configuration) {
+  return EnumerateInterfaces(configuration.properties.GetBool("net.slp.useIPv6"));
 }
 
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator) {
@@ -109,7 +114,7 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
   LoadRegistrations(configuration.settings);
 
   std::vector<std::string> problems;
-  if (!listeners_.Apply(MakeListenPlan(configuration.properties, EnumerateInterfaces(), problems),
+  if (!listeners_.Apply(MakeListenPlan(configuration.properties, HostInterfaces(configuration), problems),
                         problems)) {
     reason = Joined(problems, "; ");
     return false;
@@ -135,7 +140,7 @@ bool Server::Reload(const Configuration& configuration, std::string& reason) {
     return false;
   }
   std::vector<std::string> problems;
-  if (!listeners_.Apply(MakeListenPlan(configuration.properties, EnumerateInterfaces(), problems),
+  if (!listeners_.Apply(MakeListenPlan(configuration.properties, HostInterfaces(configuration), problems),
                         problems)) {
     reason = Joined(problems, "; ");
     return false;
@@ -157,7 +162,7 @@ void Server::FollowInterfaces() {
   host_interfaces_since_.reset();
   const std::vector<std::string> before = listeners_.ServedEndpoints();
   std::vector<std::string> problems;
-  if (listeners_.Apply(MakeListenPlan(configuration_.properties, EnumerateInterfaces(), problems),
+  if (listeners_.Apply(MakeListenPlan(configuration_.properties, HostInterfaces(configuration_), problems),
                        problems) &&
       listeners_.ServedEndpoints() != before) {
     for (const std::string& problem : problems) {
@@ -237,22 +242,21 @@ void Server::OnDropped(std::string_view reason, std::size_t size, const Sender& 
 
 RequestOrigin Server::OriginOf(const Sender& sender) {
   RequestOrigin origin;
-  origin.address = sender.address.to_string();
+  const asio::ip::address address = Plain(sender.address);
+  origin.address = address.to_string();
   origin.local_address = sender.local.is_unspecified() ? "" : sender.local.to_string();
   origin.transport = sender.transport;
-  if (sender.address.is_v4()) {
-    const std::vector<Interface>& interfaces = HostInterfaces();
-    origin.own_host = IsOwnAddress(interfaces, sender.address.to_v4());
-    origin.own_network = origin.own_host || IsOnOwnNetwork(interfaces, sender.address.to_v4());
-  }
+  const std::vector<Interface>& interfaces = KnownInterfaces();
+  origin.own_host = IsOwnAddress(interfaces, address);
+  origin.own_network = origin.own_host || IsOnOwnNetwork(interfaces, address);
   origin.trusted_network = configuration_.trusted_networks.Contains(sender.address);
   return origin;
 }
 
-const std::vector<Interface>& Server::HostInterfaces() {
+const std::vector<Interface>& Server::KnownInterfaces() {
   const auto now = clock_();
   if (!host_interfaces_since_ || now - *host_interfaces_since_ > kInterfacesStayFor) {
-    host_interfaces_ = EnumerateInterfaces();
+    host_interfaces_ = HostInterfaces(configuration_);
     host_interfaces_since_ = now;
   }
   return host_interfaces_;

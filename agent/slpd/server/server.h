@@ -86,7 +86,7 @@ class Server : private MessageReceiver {
   void TakeReply(std::span<const std::uint8_t> bytes, const RequestOrigin& origin);
   void FollowInterfaces();
   RequestOrigin OriginOf(const Sender& sender);
-  const std::vector<Interface>& HostInterfaces();
+  const std::vector<Interface>& KnownInterfaces();
   void Settle();
   void FinishEnd();
   void ArmTimer();
@@ -116,8 +116,8 @@ class Server : private MessageReceiver {
   std::vector<Interface> host_interfaces_;
   std::optional<Instant> host_interfaces_since_;
   std::unique_ptr<AddressWatch> address_watch_;
-  // Owns nothing. What waits in the loop holds it weakly: a wait that is over can't be cancelled any more, and its
-  // handler may come when the server is gone.
+  // Owns nothing. What waits in the loop holds it weakly: a wait that is over can't be cancelled any more,
+  // and its handler may come when the server is gone.
   std::shared_ptr<Server> self_;
 };
 

@@ -177,6 +177,18 @@ TEST_F(HandleCalls, AssociateIpTakesAnIpv4Address) {
   EXPECT_EQ(SLPAssociateIP(handle_, " 127.0.0.1 "), SLP_OK);
 }
 
+TEST_F(HandleCalls, AssociateIpTakesAnIpv6AddressWhereItIsInUse) {
+  Set("net.slp.useIPv6", "true");
+  for (const char* address : {"::", "ff02::116", "[::1]", "::ffff:0.0.0.0", "fe80::1%nosuchinterface"}) {
+    EXPECT_EQ(SLPAssociateIP(handle_, address), SLP_PARAMETER_BAD) << address;
+  }
+  for (const char* address : {"::1", " 2001:db8::1 ", "fe80::1", "::ffff:127.0.0.1", "127.0.0.1"}) {
+    EXPECT_EQ(SLPAssociateIP(handle_, address), SLP_OK) << address;
+  }
+  Set("net.slp.useIPv6", "false");
+  EXPECT_EQ(SLPAssociateIP(handle_, "::1"), SLP_PARAMETER_BAD);
+}
+
 TEST_F(HandleCalls, AssociateIfListTakesOwnAddresses) {
   for (const char* list : {"", ",", "192.0.2.1", "127.0.0.1,192.0.2.1"}) {
     EXPECT_EQ(SLPAssociateIFList(handle_, list), SLP_PARAMETER_BAD) << list;

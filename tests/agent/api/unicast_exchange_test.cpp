@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "api_fixture.h"
+#include "support/ipv6.h"
 #include "support/under_wine/under_wine.h"
 #include "wire/codec.h"
 
@@ -10,6 +11,7 @@ namespace {
 
 using testing::AllOf;
 using testing::Each;
+using testing::ElementsAre;
 using testing::Ge;
 using testing::Le;
 using Transport = PeerRequest::Transport;
@@ -332,6 +334,41 @@ TEST_F(UnicastExchange, AnotherMessageOnTheStreamIsPassedOver) {
       },
       AtPort());
   EXPECT_EQ(FindServices(kType), kFound);
+}
+
+class Ipv6Exchange : public UnicastExchange {
+ protected:
+  void SetUp() override {
+    if (!HasIpv6()) {
+      GTEST_SKIP() << kNoIpv6;
+    }
+    Set("net.slp.useIPv6", "true");
+    AskOnly("::1");
+  }
+  ~Ipv6Exchange() override { Set("net.slp.useIPv6", "false"); }
+
+  PeerOptions AtIpv6() const {
+    PeerOptions options = AtPort("::1");
+    options.group = false;
+    return options;
+  }
+};
+
+TEST_F(Ipv6Exchange, AsksAnIpv6HostByDatagram) {
+  const SlpPeer peer(Found, AtIpv6());
+  EXPECT_EQ(FindServices(kType), kFound);
+  EXPECT_THAT(Transports(peer), ElementsAre(Transport::kUnicast));
+}
+
+TEST_F(Ipv6Exchange, FetchesACutReplyFromAnIpv6HostByStream) {
+  const SlpPeer peer(
+      [](const PeerRequest& request) {
+        return request.transport == Transport::kStream ? Found(request)
+                                                       : std::vector<PeerReply>{Overflowed(request)};
+      },
+      AtIpv6());
+  EXPECT_EQ(FindServices(kType), kFound);
+  EXPECT_THAT(Transports(peer), ElementsAre(Transport::kUnicast, Transport::kStream));
 }
 
 }  // namespace

@@ -34,6 +34,8 @@ TEST(NetworkListTest, KnowsBothFamilies) {
   EXPECT_TRUE(Holds("fe80::1", "fe80::1"));
   EXPECT_FALSE(Holds("fe80::1", "fe80::2"));
   EXPECT_FALSE(Holds("::/0", "10.0.0.1"));
+  EXPECT_TRUE(Holds("10.0.0.0/8", "::ffff:10.0.0.1"));
+  EXPECT_FALSE(Holds("::/0", "::ffff:10.0.0.1"));
 }
 
 TEST(NetworkListTest, TellsWhatIsNoNetworkAndKeepsTheRest) {

@@ -57,7 +57,8 @@ std::optional<Message> Exchange(const udp::endpoint& where, const Message& reque
 
 std::optional<Bytes> AskUdp(const udp::endpoint& where, const Bytes& request, int limit_ms) {
   asio::io_context io;
-  udp::socket socket(io, udp::endpoint(asio::ip::address_v4::loopback(), 0));
+  udp::socket socket(io, where.address().is_v4() ? udp::endpoint(asio::ip::address_v4::loopback(), 0)
+                                                 : udp::endpoint(asio::ip::address_v6::loopback(), 0));
   udp::endpoint replier;
   auto reply = Ask(io, socket, where, request, replier, limit_ms);
   EXPECT_TRUE(!reply || replier == where) << "answered by " << replier;

@@ -52,6 +52,52 @@ TEST(ListenPlan, ChoosesWhatTheInterfacesSettingSays) {
   }
 }
 
+TEST(ListenPlan, WithIpv6OneAddressOfAnInterfaceHearsTheGroups) {
+  const asio::ip::address netmask = make_address("ffff:ffff:ffff:ffff::");
+  const asio::ip::address link = asio::ip::address_v6(asio::ip::make_address_v6("fe80::5").to_bytes(), 2);
+  const asio::ip::address other_link =
+      asio::ip::address_v6(asio::ip::make_address_v6("fe80::6").to_bytes(), 3);
+  std::vector<Interface> host = kHost;
+  host.push_back({"lo", make_address("::1"), make_address("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff"), true,
+                  false, true, 1});
+  host.push_back({"eth0", link, netmask, true, true, false, 2});
+  host.push_back({"eth0", make_address("2001:db8::5"), netmask, true, true, false, 2});
+  host.push_back({"eth0", make_address("2001:db8:1::5"), netmask, true, true, false, 2});
+  host.push_back({"eth1", other_link, netmask, true, true, false, 3});
+  const ListenPlace ipv4_loopback{make_address("127.0.0.1"), "loopback", false};
+  const ListenPlace ipv6_loopback{make_address("::1"), "loopback", false, 1};
+  const Row rows[] = {
+      {"",
+       {{make_address("10.0.0.5"), "eth0", true},
+        {make_address("10.0.1.5"), "eth1", true},
+        {link, "eth0", false, 2},
+        {make_address("2001:db8::5"), "eth0", true, 2},
+        {make_address("2001:db8:1::5"), "eth0", false, 2},
+        {other_link, "eth1", true, 3},
+        {make_address("127.0.0.1"), "lo", true},
+        {make_address("::1"), "lo", true, 1}},
+       true,
+       {}},
+      {"2001:db8:1::5",
+       {{make_address("2001:db8:1::5"), "eth0", true, 2}, ipv4_loopback, ipv6_loopback},
+       false,
+       {}},
+      {"10.0.1.5", {{make_address("10.0.1.5"), "eth1", true}, ipv4_loopback, ipv6_loopback}, true, {}},
+      {"::1", {{make_address("::1"), "lo", true, 1}}, false, {}},
+      {"127.0.0.1", {{make_address("127.0.0.1"), "lo", true}}, false, {}},
+  };
+  for (const Row& row : rows) {
+    Properties properties;
+    properties.Set("net.slp.interfaces", row.interfaces);
+    std::vector<std::string> problems;
+    EXPECT_EQ(MakeListenPlan(properties, host, problems),
+              (ListenPlan{row.places, 427, 255,
+                          row.broadcast ? make_address("255.255.255.255") : asio::ip::address()}))
+        << row.interfaces;
+    EXPECT_EQ(problems, row.problems) << row.interfaces;
+  }
+}
+
 TEST(ListenPlan, ASecondLoopbackAddressKeepsToItself) {
   Properties properties;
   properties.Set("net.slp.interfaces", "127.0.0.2");

@@ -74,7 +74,7 @@ class SlpPeer::Loop {
   };
 
   void Open(const PeerOptions& options) {
-    const auto address = asio::ip::make_address_v4(options.address);
+    const auto address = asio::ip::make_address(options.address);
     port_ = options.port != 0 ? options.port : FreePort(options.address);
     if (options.datagrams) {
       Require(OpenUnicastSocket(unicast_, {address, port_}, 1), "datagram socket");

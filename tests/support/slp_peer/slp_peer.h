@@ -40,7 +40,7 @@ struct PeerOptions {
   std::string address = "127.0.0.1";
   std::uint16_t port = 0;  ///< 0: a free one
   bool datagrams = true;
-  bool group = true;  ///< joins 239.255.255.253 on the interface of `address`
+  bool group = true;  ///< joins 239.255.255.253 on the interface of `address`, which is no IPv6 address then
   bool streams = true;
 };
 
