@@ -123,7 +123,7 @@ constexpr PropertyInfo kCatalogue[] = {
     Text("net.slp.broadcastAddr", "255.255.255.255", "where broadcasts go"),
     Number("net.slp.port", "427", 1, 65535, "port of every agent"),
     WithoutEffect(Flag("net.slp.useIPv4", "true", "use IPv4")),
-    WithoutEffect(Flag("net.slp.useIPv6", "false", "use IPv6")),
+    Flag("net.slp.useIPv6", "false", "use IPv6, beside IPv4"),
     Attributes("net.slp.SAAttributes", "", "attribute list that a service agent advertises"),
     Language("net.slp.locale", "en", "language tag of messages"),
     Limit("net.slp.maxResults", "most results of a search; -1: all"),

@@ -106,10 +106,10 @@ TEST(CatalogueTest, SaysWhatIsWithoutEffect) {
       without_effect.emplace_back(property.key);
     }
   }
-  EXPECT_THAT(without_effect, testing::UnorderedElementsAre(
-                                  "net.slp.useIPv4", "net.slp.useIPv6", "net.slp.typeHint",
-                                  "net.slp.preferSLPv1", "net.slp.securityEnabled", "net.slp.useDHCP",
-                                  "net.slp.indexSrvtype", "net.slp.indexedAttributes"));
+  EXPECT_THAT(without_effect,
+              testing::UnorderedElementsAre("net.slp.useIPv4", "net.slp.typeHint", "net.slp.preferSLPv1",
+                                            "net.slp.securityEnabled", "net.slp.useDHCP",
+                                            "net.slp.indexSrvtype", "net.slp.indexedAttributes"));
 }
 
 TEST(CatalogueTest, DescribesWhatIsAllowed) {
