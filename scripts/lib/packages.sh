@@ -1,7 +1,7 @@
 # Debian packages that the scripts need, and how they get onto the machine. Sourced, not run.
 
-# What it takes to build the library, the daemon and the tool.
-build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev)
+# What it takes to build the library, the daemon and the tool. Without libseccomp the daemon filters no system calls.
+build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev libseccomp-dev)
 
 # What the tests need besides: GoogleTest (its sources serve the cross build), the Windows cross compiler, a lister of
 # exported symbols, the checker of the source style, and what makes networks of hosts and lets them lose packets.

@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "slpd/server/posix/capabilities.h"
+#include "slpd/server/posix/system_call_filter.h"
 
 namespace slp {
 namespace {
@@ -116,6 +117,8 @@ bool Privileges::Prepare(const std::string& user, std::string& problem) {
 // 1. The log file goes to the user, who opens it again.
 // 2. Become the user and the group, and member of no other group. The rights of the administrator stay.
 // 3. Give up those that are not kept, and any way to get them back.
+// 4. Have system calls refused that are never needed from here on. A kernel that cannot do that is no reason
+//    not to serve.
 bool Privileges::GiveUp(const FilesInUse& files, std::string& line) {
   const bool administrator = ::geteuid() == kAdministrator;
   const auto failed = [&line](const std::string& deed, int error) {
@@ -144,6 +147,10 @@ bool Privileges::GiveUp(const FilesInUse& files, std::string& line) {
            (MayBindLowPorts() ? "may" : "may not") + " bind ports below 1024";
   } else if (administrator) {
     line = "slpd: runs as the administrator; with --user NAME it becomes that user once it has its sockets";
+  }
+  if (const int error = RefuseNeedlessSystemCalls()) {
+    line += (line.empty() ? "slpd: the" : "; the") + std::string(" kernel filters no system calls: ") +
+            std::generic_category().message(error);
   }
   return true;
 }
