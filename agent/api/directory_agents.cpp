@@ -98,7 +98,9 @@ std::optional<std::vector<KnownAgent>> AgentsOfDaemon(const std::vector<std::str
   const RequestContext impatient = WithWaits(context, {{kDaemonWait}, kDaemonWait});
   const std::vector<Interface> links =
       context.settings.use_ipv6 ? EnumerateInterfaces(true) : std::vector<Interface>();
-  for (const asio::ip::address& address : LocalDaemonAddresses(context.settings)) {
+  LocalDaemonAddresses addresses(context.settings);
+  while (const auto next = addresses.Next()) {
+    const asio::ip::address& address = *next;
     if (Rejected(address, context)) {
       continue;
     }

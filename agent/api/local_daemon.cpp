@@ -13,20 +13,24 @@
 
 namespace slp::client {
 
-std::vector<asio::ip::address> LocalDaemonAddresses(const RequestSettings& settings) {
-  std::vector<asio::ip::address> addresses = {asio::ip::address_v4::loopback()};
-  const std::vector<Interface> all = EnumerateInterfaces(settings.use_ipv6);
-  for (const Interface& interface : SelectInterfaces(all, settings.interfaces).interfaces) {
-    if (std::find(addresses.begin(), addresses.end(), interface.address) == addresses.end()) {
-      addresses.push_back(interface.address);
+std::optional<asio::ip::address> LocalDaemonAddresses::Next() {
+  if (told_ == 0) {
+    addresses_.push_back(asio::ip::address_v4::loopback());
+  } else if (told_ == 1) {
+    const std::vector<Interface> all = EnumerateInterfaces(settings_.use_ipv6);
+    for (const Interface& interface : SelectInterfaces(all, settings_.interfaces).interfaces) {
+      if (std::find(addresses_.begin(), addresses_.end(), interface.address) == addresses_.end()) {
+        addresses_.push_back(interface.address);
+      }
     }
   }
-  return addresses;
+  return told_ < addresses_.size() ? std::optional(addresses_[told_++]) : std::nullopt;
 }
 
 SLPError AskLocalDaemon(const Message& request, const RequestContext& context) {
-  for (const asio::ip::address& address : LocalDaemonAddresses(context.settings)) {
-    const Exchange exchange = ExchangeWith(address, request, context);
+  LocalDaemonAddresses addresses(context.settings);
+  while (const auto address = addresses.Next()) {
+    const Exchange exchange = ExchangeWith(*address, request, context);
     if (exchange.end == Exchange::End::kReplied) {
       return ToSlpError(ReplyError(*exchange.reply));
     }
