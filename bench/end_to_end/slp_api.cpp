@@ -38,6 +38,12 @@ std::size_t Somewhere(std::size_t number, std::size_t size) {
   return number * 7919 % size;
 }
 
+// A search as an application makes it: the handle, and with it the socket, opened for it alone.
+void FindOneWithAHandleOfItsOwn(std::size_t index) {
+  SlpSession session;
+  Require(session.Find(OnlyThis(index)) == 1, "the equality filter finds one");
+}
+
 struct Operation {
   std::string name;
   std::size_t runs;
@@ -56,13 +62,23 @@ std::vector<Operation> OperationsAt(std::size_t size) {
        [size](SlpSession& session, std::size_t number) {
          Require(session.Find(OnlyThis(Somewhere(number, size))) == 1, "the equality filter finds one");
        }},
+      {"find one, handle opened each time", kRuns, false,
+       [size](SlpSession&, std::size_t number) { FindOneWithAHandleOfItsOwn(Somewhere(number, size)); }},
       {"find none", kRuns, false,
        [](SlpSession& session, std::size_t) {
          Require(session.Find("(id=nobody)") == 0, "nobody is found");
        }},
-      {"find one, wildcard filter", kScans, false,
+      {"find one by its beginning", kRuns, false,
        [size](SlpSession& session, std::size_t number) {
-         Require(session.Find(OnlyThisByWildcard(Somewhere(number, size))) == 1, "the wildcard finds one");
+         Require(session.Find(OnlyThisByBeginning(Somewhere(number, size))) == 1, "the beginning finds one");
+       }},
+      {"find none by comparison", kRuns, false,
+       [](SlpSession& session, std::size_t) {
+         Require(session.Find("(x-server-ns-port>=9000)") == 0, "no port is so large");
+       }},
+      {"find one by its end", kScans, false,
+       [size](SlpSession& session, std::size_t number) {
+         Require(session.Find(OnlyThisByEnd(Somewhere(number, size))) == 1, "the end finds one");
        }},
       {"attributes of one", kRuns, true,
        [size](SlpSession& session, std::size_t number) {
@@ -116,18 +132,14 @@ void PrintGrowth(const Medians& medians, std::size_t smallest, std::size_t large
   }
 }
 
-// A search as an application makes it: the handle, and with it the socket, opened for it alone.
-void CompareWithBareRoundTrip() {
-  constexpr std::size_t kDatagram = 120;  // bytes; about the request and the reply
+void CompareWithBareRoundTrip(const EchoProcess& echo) {
+  constexpr std::size_t kDatagram = 80;  // bytes; about the request and the reply
   Latencies searches;
   Latencies round_trips;
   for (int round = 0; round < 10; ++round) {  // by turns, so that both see the same machine
-    round_trips.Add(TimeBareRoundTrips(200, kDatagram));
+    round_trips.Add(echo.TimeRoundTrips(200, kDatagram));
     for (std::size_t number = 0; number < 200; ++number) {
-      searches.Time([&] {
-        SlpSession session;
-        Require(session.Find(OnlyThis(number % 100)) == 1, "the equality filter finds one");
-      });
+      searches.Time([&] { FindOneWithAHandleOfItsOwn(number % 100); });
     }
   }
   PrintTable({{"unicast, socket opened each time", "p50 us", "p99 us"},
@@ -139,34 +151,54 @@ void CompareWithBareRoundTrip() {
               searches.Percentile(50) / round_trips.Percentile(50), kMostRoundTrips, " times");
 }
 
-void Measure(const std::vector<std::size_t>& sizes) {
+// Registers the services from the `first` on until there are `size`.
+void Fill(std::size_t first, std::size_t size) {
+  Run(size - first, 1,
+      [first](SlpSession& session, std::size_t number) { session.Register(first + number); });
+}
+
+// A daemon that only grows, so that nothing but registrations takes memory between two sizes.
+void MeasureMemory(const std::vector<std::size_t>& sizes) {
   BenchDaemon daemon;
   const SlpSession keeps_the_properties;
   const std::size_t empty = daemon.Usage().resident_bytes;
+  std::vector<Row> rows = {{"registrations", "resident MB", "bytes each", "bytes each beyond the row above"}};
+  std::size_t registered = 0;
+  std::size_t before = empty;
+  double bytes_each = 0;
+  for (const std::size_t size : sizes) {
+    Fill(registered, size);
+    const std::size_t resident = daemon.Usage().resident_bytes;
+    bytes_each = static_cast<double>(resident - empty) / static_cast<double>(size);
+    rows.push_back({std::to_string(size), Number(static_cast<double>(resident) / 1e6), Number(bytes_each),
+                    Number(static_cast<double>(resident - before) / static_cast<double>(size - registered))});
+    registered = size;
+    before = resident;
+  }
+  PrintTable(rows);
+  PrintTarget("resident memory a registration at " + std::to_string(sizes.back()), bytes_each, kMostBytes,
+              " bytes");
+}
+
+void Measure(const std::vector<std::size_t>& sizes) {
+  const EchoProcess echo;
+  MeasureMemory(sizes);
+  BenchDaemon daemon;
+  const SlpSession keeps_the_properties;
   std::size_t registered = 0;
   Medians medians;
   std::vector<Row> rows = {
       {"operation", "registrations", "threads", "a second", "p50 us", "p99 us", "daemon CPU us"}};
-  std::vector<Row> memory = {{"registrations", "resident MB", "bytes each"}};
-  double bytes_each = 0;
   for (const std::size_t size : sizes) {
-    const std::size_t first = registered;
-    Run(size - first, 1,
-        [first](SlpSession& session, std::size_t number) { session.Register(first + number); });
+    Fill(registered, size);
     registered = size;
-    const std::size_t resident = daemon.Usage().resident_bytes;
-    bytes_each = static_cast<double>(resident - empty) / static_cast<double>(size);
-    memory.push_back({std::to_string(size), Number(static_cast<double>(resident) / 1e6), Number(bytes_each)});
     if (size == sizes.front()) {
-      CompareWithBareRoundTrip();
+      CompareWithBareRoundTrip(echo);
     }
     MeasureAt(size, daemon, medians, rows);
   }
   PrintTable(rows);
-  PrintTable(memory);
   PrintGrowth(medians, sizes.front(), sizes.back());
-  PrintTarget("resident memory a registration at " + std::to_string(sizes.back()), bytes_each, kMostBytes,
-              " bytes");
 }
 
 }  // namespace

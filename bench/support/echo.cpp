@@ -1,43 +1,95 @@
 #include "bench/support/echo.h"
 
-#include <asio/io_context.hpp>
-#include <asio/ip/udp.hpp>
-#include <thread>
+#include <fcntl.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
 #include <vector>
 
 namespace bench {
 namespace {
 
-using asio::ip::udp;
+/// `result` of a system call, unless it says that the call failed.
+template <typename Result>
+Result Checked(Result result, const char* call) {
+  if (result < 0) {
+    throw std::system_error(errno, std::generic_category(), call);
+  }
+  return result;
+}
 
-// Sends `count` datagrams back, then ends.
-void Echo(udp::socket& socket, std::size_t count, std::size_t bytes) {
-  std::vector<char> buffer(bytes);
-  for (std::size_t i = 0; i < count; ++i) {
-    udp::endpoint sender;
-    const std::size_t size = socket.receive_from(asio::buffer(buffer), sender);
-    socket.send_to(asio::buffer(buffer, size), sender);
+// As the daemon does: waits for many sockets, and reads until there is nothing more.
+void Echo(int socket, int lifeline) {
+  const int waiter = Checked(::epoll_create1(0), "epoll_create1");
+  for (const int descriptor : {socket, lifeline}) {
+    epoll_event wanted{};
+    wanted.events = descriptor == socket ? EPOLLIN | EPOLLET : EPOLLIN;
+    wanted.data.fd = descriptor;
+    Checked(::epoll_ctl(waiter, EPOLL_CTL_ADD, descriptor, &wanted), "epoll_ctl");
+  }
+  std::vector<char> buffer(65536);
+  while (true) {
+    epoll_event event{};
+    if (::epoll_wait(waiter, &event, 1, -1) == 1 && event.data.fd == lifeline) {
+      return;
+    }
+    asio::ip::udp::endpoint sender;
+    auto length = static_cast<socklen_t>(sender.capacity());
+    ssize_t size = 0;
+    while ((size = ::recvfrom(socket, buffer.data(), buffer.size(), MSG_DONTWAIT, sender.data(), &length)) >=
+           0) {
+      Checked(::sendto(socket, buffer.data(), static_cast<std::size_t>(size), 0, sender.data(), length),
+              "sendto");
+    }
   }
 }
 
 }  // namespace
 
-Latencies TimeBareRoundTrips(std::size_t count, std::size_t bytes) {
-  asio::io_context io;
-  udp::socket server(io, udp::endpoint(asio::ip::address_v4::loopback(), 0));
-  const udp::endpoint address = server.local_endpoint();
-  std::thread echo([&] { Echo(server, count, bytes); });
+EchoProcess::EchoProcess() : address_(asio::ip::address_v4::loopback(), 0) {
+  const int server = Checked(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket");
+  Checked(::bind(server, address_.data(), static_cast<socklen_t>(address_.size())), "bind");
+  auto length = static_cast<socklen_t>(address_.capacity());
+  Checked(::getsockname(server, address_.data(), &length), "getsockname");
+  std::array<int, 2> ends{};
+  Checked(::pipe2(ends.data(), O_CLOEXEC), "pipe2");
+  process_ = Checked(::fork(), "fork");
+  if (process_ == 0) {
+    ::close(ends[1]);
+    try {
+      Echo(server, ends[0]);
+    } catch (const std::system_error&) {
+      ::_exit(1);  // whoever asks finds out by getting no answer
+    }
+    ::_exit(0);
+  }
+  lifeline_ = ends[1];
+  ::close(ends[0]);
+  ::close(server);
+}
+
+EchoProcess::~EchoProcess() {
+  ::close(lifeline_);
+  ::waitpid(process_, nullptr, 0);
+}
+
+Latencies EchoProcess::TimeRoundTrips(std::size_t count, std::size_t bytes) const {
   Latencies latencies;
   std::vector<char> buffer(bytes, 'x');
   for (std::size_t i = 0; i < count; ++i) {
     latencies.Time([&] {
-      udp::socket socket(io, udp::v4());
-      socket.connect(address);
-      socket.send(asio::buffer(buffer));
-      socket.receive(asio::buffer(buffer));
+      const int socket = Checked(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket");
+      Checked(::connect(socket, address_.data(), static_cast<socklen_t>(address_.size())), "connect");
+      Checked(::send(socket, buffer.data(), buffer.size(), 0), "send");
+      Checked(::recv(socket, buffer.data(), buffer.size(), 0), "recv");
+      ::close(socket);
     });
   }
-  echo.join();
   return latencies;
 }
 

@@ -24,8 +24,12 @@ std::string OnlyThis(std::size_t index) {
   return "(id=" + Digits(index) + ")";
 }
 
-std::string OnlyThisByWildcard(std::size_t index) {
+std::string OnlyThisByEnd(std::size_t index) {
   return "(x-server-name=*" + Digits(index) + ")";
+}
+
+std::string OnlyThisByBeginning(std::size_t index) {
+  return "(x-server-name=srv" + Digits(index) + "*)";
 }
 
 }  // namespace bench

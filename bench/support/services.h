@@ -15,7 +15,10 @@ std::string Attributes(std::size_t index);
 /// A filter that only this service matches.
 std::string OnlyThis(std::size_t index);
 
-/// The same with a wildcard, so that no index of values helps.
-std::string OnlyThisByWildcard(std::size_t index);
+/// The same by the end of a value: each value that services have must be looked at.
+std::string OnlyThisByEnd(std::size_t index);
+
+/// The same by its beginning.
+std::string OnlyThisByBeginning(std::size_t index);
 
 }  // namespace bench
