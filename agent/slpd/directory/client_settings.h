@@ -13,6 +13,7 @@ namespace slp {
 
 struct DirectoryClientSettings {
   std::vector<std::string> configured;   ///< net.slp.DAAddresses, numeric
+  std::vector<std::string> names;        ///< net.slp.DAAddresses, the names of hosts
   bool active = true;                    ///< net.slp.activeDADetection
   bool passive = true;                   ///< net.slp.passiveDADetection
   Seconds interval{900};                 ///< net.slp.DAActiveDiscoveryInterval; 0: no active discovery
@@ -26,9 +27,8 @@ struct DirectoryClientSettings {
   std::size_t mtu = 1400;
   std::vector<std::string> own_addresses;
 
-  /// `agent` is complete, with its own addresses. What net.slp.DAAddresses names that is no IPv4 address, or
-  /// with net.slp.useIPv6 no IP address, is told in `problems` and left out: a name would have to be looked
-  /// up while everything else waits.
+  /// `agent` is complete, with its own addresses. What net.slp.DAAddresses names that is neither a host's name
+  /// nor an IPv4 address, or with net.slp.useIPv6 an IP address, is told in `problems` and left out.
   static DirectoryClientSettings From(const Properties& properties, const AgentSettings& agent,
                                       std::vector<std::string>& problems);
 

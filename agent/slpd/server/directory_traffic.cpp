@@ -6,12 +6,17 @@
 #include "net/addresses.h"
 #include "slpd/directory/advertisement.h"
 #include "slpd/server/message_text.h"
+#include "text/string_list.h"
 #include "wire/codec.h"
 
 namespace slp {
 namespace {
 
 constexpr std::chrono::seconds kStreamLimit{15};
+
+/// How often configured names are looked up when no interval for searches is set (CONFIG_DA_FIND, RFC 2608
+/// section 13).
+constexpr Seconds kNamesAgain{900};
 
 std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::optional<Instant>& other) {
   return one && other ? std::min(one, other) : (one ? one : other);
@@ -20,11 +25,13 @@ std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::opt
 }  // namespace
 
 DirectoryTraffic::DirectoryTraffic(asio::io_context& io, Listeners& listeners, const Registry& registry,
-                                   Log& log, DirectoryClient::Random random, OnReply on_reply)
+                                   Log& log, DirectoryClient::Random random, OnReply on_reply,
+                                   std::function<void()> on_names)
     : io_(io),
       listeners_(listeners),
       log_(log),
       on_reply_(std::move(on_reply)),
+      names_(io, log, std::move(on_names)),
       client_(registry, *this, std::move(random)) {}
 
 DirectoryTraffic::~DirectoryTraffic() {
@@ -46,17 +53,25 @@ void DirectoryTraffic::Apply(const AgentSettings& settings, const Properties& pr
     advertiser_.Start(settings_.heartbeat, std::max(now, settings_.announced_from));
   }
   std::vector<std::string> problems;
-  DirectoryClientSettings client = DirectoryClientSettings::From(properties, settings, problems);
-  for (std::string& configured : client.configured) {
+  client_settings_ = DirectoryClientSettings::From(properties, settings, problems);
+  for (std::string& configured : client_settings_.configured) {
     // As the sockets write it where its messages come from.
     if (const auto address = ParseAnyAddress(configured)) {
       configured = address->to_string();
     }
   }
-  client_.Apply(client, now);
+  names_.Apply(client_settings_.names,
+               client_settings_.interval > Seconds(0) ? client_settings_.interval : kNamesAgain);
+  UseNames(now);
   for (const std::string& problem : problems) {
     log_.Write(LogKind::kProblem, problem);
   }
+}
+
+void DirectoryTraffic::UseNames(Instant now) {
+  DirectoryClientSettings complete = client_settings_;
+  complete.configured = ListUnion(std::move(complete.configured), names_.Addresses());
+  client_.Apply(complete, now);
 }
 
 bool DirectoryTraffic::Wants(std::span<const std::uint8_t> message) {

@@ -17,6 +17,7 @@
 #include "slpd/directory/directory_wire.h"
 #include "slpd/registry.h"
 #include "slpd/seconds.h"
+#include "slpd/server/directory_names.h"
 #include "slpd/server/listeners.h"
 #include "slpd/server/log.h"
 #include "slpd/server/stream_request.h"
@@ -28,9 +29,10 @@ class DirectoryTraffic : private DirectoryWire {
   /// A reply that came by TCP, from this address.
   using OnReply = std::function<void(std::span<const std::uint8_t> message, const Sender& sender)>;
 
-  /// Everything that is handed in outlives it.
+  /// Everything that is handed in outlives it. `on_names` is called from the loop when a configured name
+  /// stands for other addresses than before: time for UseNames.
   DirectoryTraffic(asio::io_context& io, Listeners& listeners, const Registry& registry, Log& log,
-                   DirectoryClient::Random random, OnReply on_reply);
+                   DirectoryClient::Random random, OnReply on_reply, std::function<void()> on_names);
   DirectoryTraffic(const DirectoryTraffic&) = delete;
   DirectoryTraffic& operator=(const DirectoryTraffic&) = delete;
   ~DirectoryTraffic() override;
@@ -38,6 +40,9 @@ class DirectoryTraffic : private DirectoryWire {
   /// The settings from now on, with own addresses and boot timestamp in them; what others know of this agent
   /// is told anew.
   void Apply(const AgentSettings& settings, const Properties& properties, Instant now);
+
+  /// What the configured names stand for now counts as configured.
+  void UseNames(Instant now);
 
   void OnRegistration(RegistrationEvent event, const RegistrationView& registration) {
     client_.OnRegistration(event, registration);
@@ -85,6 +90,8 @@ class DirectoryTraffic : private DirectoryWire {
   bool broadcast_only_ = false;
   bool trace_ = false;
   Advertiser advertiser_;
+  DirectoryClientSettings client_settings_;
+  DirectoryNames names_;
   DirectoryClient client_;
   std::map<std::string, std::weak_ptr<StreamRequest>> streams_;  ///< by the peer's address
 };

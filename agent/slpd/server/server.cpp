@@ -88,10 +88,15 @@ Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimi
       registry_(events_),
       process_watch_(io, [this](std::uint32_t process_id) { OnProcessEnded(process_id); }),
       listeners_(io, *this, limits),
-      directory_traffic_(io, listeners_, registry_, log, std::move(random),
-                         [this](std::span<const std::uint8_t> message, const Sender& sender) {
-                           OnMessage(message, sender);
-                         }),
+      directory_traffic_(
+          io, listeners_, registry_, log, std::move(random),
+          [this](std::span<const std::uint8_t> message, const Sender& sender) { OnMessage(message, sender); },
+          [this] {
+            if (ended_ == nullptr) {
+              directory_traffic_.UseNames(clock_());
+              Settle();
+            }
+          }),
       timer_(io),
       end_timer_(io),
       self_(this, [](Server*) {}) {}

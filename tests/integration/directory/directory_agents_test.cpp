@@ -48,6 +48,19 @@ TEST_F(DirectoryTest, AConfiguredOneIsUsedWithoutSearchOrListening) {
   EXPECT_TRUE(ComesToHave(kDirectory, "service:x", {"service:x://own"})) << own->Log();
 }
 
+TEST_F(DirectoryTest, OneThatIsConfiguredByNameIsUsed) {
+  const Daemon directory = StartDirectoryAgent("127.0.0.1");
+  const Daemon own =
+      StartServiceAgent(kOwn, Service("service:x://own"),
+                        "net.slp.activeDADetection = false\nnet.slp.passiveDADetection = false\n"
+                        "net.slp.DAAddresses = localhost,no-such-host.invalid\n");
+  EXPECT_TRUE(ComesToHave("127.0.0.1", "service:x", {"service:x://own"})) << own->Log();
+  EXPECT_TRUE(own->WaitForLog("net.slp.DAAddresses names no-such-host.invalid, which is not found: "))
+      << own->Log();
+  EXPECT_EQ(own->Stop(), 0);
+  EXPECT_TRUE(ComesToHave("127.0.0.1", "service:x", {}));
+}
+
 TEST_F(DirectoryTest, AfterAKillAndARestartEverythingIsThereAgain) {
   Daemon directory = StartDirectoryAgent(kDirectory);
   const Daemon own = StartServiceAgent(kOwn, Service("service:x://own"));

@@ -572,7 +572,7 @@ TEST_F(DirectoryClientTest, DoesNotWaitForAnAgentThatIsGone) {
 
 TEST(DirectoryClientSettingsTest, ComesFromTheProperties) {
   Properties properties;
-  properties.Set("net.slp.DAAddresses", "10.0.0.5, some.name,10.0.0.6,10.0.0.256");
+  properties.Set("net.slp.DAAddresses", "10.0.0.5, some.name,10.0.0.6,10.0.0.256,host-2,a_b,.x");
   properties.Set("net.slp.DAActiveDiscoveryInterval", "60");
   properties.Set("net.slp.DADiscoveryTimeouts", "10,20");
   properties.Set("net.slp.datagramTimeouts", "30");
@@ -581,6 +581,7 @@ TEST(DirectoryClientSettingsTest, ComesFromTheProperties) {
   std::vector<std::string> problems;
   DirectoryClientSettings expected;
   expected.configured = {"10.0.0.5", "10.0.0.6"};
+  expected.names = {"some.name", "host-2"};
   expected.passive = false;
   expected.interval = Seconds(60);
   expected.discovery_waits = {Instant(10), Instant(20)};
@@ -590,8 +591,9 @@ TEST(DirectoryClientSettingsTest, ComesFromTheProperties) {
   expected.own_addresses = {"10.0.0.1", "127.0.0.1"};
   EXPECT_EQ(DirectoryClientSettings::From(properties, TestSettings(), problems), expected);
   EXPECT_THAT(problems,
-              ElementsAre("net.slp.DAAddresses names some.name, which is no IPv4 address; it is not used",
-                          "net.slp.DAAddresses names 10.0.0.256, which is no IPv4 address; it is not used"));
+              ElementsAre("net.slp.DAAddresses names 10.0.0.256, which is no IPv4 address; it is not used",
+                          "net.slp.DAAddresses names a_b, which is no IPv4 address; it is not used",
+                          "net.slp.DAAddresses names .x, which is no IPv4 address; it is not used"));
 }
 
 TEST(DirectoryClientSettingsTest, TakesIpv6AddressesWhereTheyAreInUse) {
