@@ -598,19 +598,18 @@ TEST(DirectoryClientSettingsTest, ComesFromTheProperties) {
 
 TEST(DirectoryClientSettingsTest, TakesIpv6AddressesWhereTheyAreInUse) {
   Properties properties;
-  properties.Set("net.slp.DAAddresses", "10.0.0.5,2001:db8::5,some.name");
+  properties.Set("net.slp.DAAddresses", "10.0.0.5,2001:db8::5,a_b");
   std::vector<std::string> problems;
   EXPECT_THAT(DirectoryClientSettings::From(properties, TestSettings(), problems).configured,
               ElementsAre("10.0.0.5"));
   EXPECT_THAT(problems,
               ElementsAre("net.slp.DAAddresses names 2001:db8::5, which is no IPv4 address; it is not used",
-                          "net.slp.DAAddresses names some.name, which is no IPv4 address; it is not used"));
+                          "net.slp.DAAddresses names a_b, which is no IPv4 address; it is not used"));
   problems.clear();
   properties.Set("net.slp.useIPv6", "true");
   EXPECT_THAT(DirectoryClientSettings::From(properties, TestSettings(), problems).configured,
               ElementsAre("10.0.0.5", "2001:db8::5"));
-  EXPECT_THAT(problems,
-              ElementsAre("net.slp.DAAddresses names some.name, which is no IP address; it is not used"));
+  EXPECT_THAT(problems, ElementsAre("net.slp.DAAddresses names a_b, which is no IP address; it is not used"));
 }
 
 }  // namespace
