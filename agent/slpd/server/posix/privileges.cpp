@@ -162,9 +162,10 @@ std::vector<std::string> Privileges::Obstacles(const FilesInUse& files) const {
   }
   for (const std::string& path : files.read) {
     if (!path.empty() && !MayComeToRead(path)) {
-      obstacles.push_back("user " + account_->user + " may not read " + path +
-                          ", so slpd cannot reload it: let its group read it and enter its folders (chgrp " +
-                          account_->group + " " + path + "; chmod g+r " + path + ")");
+      std::string& text = obstacles.emplace_back("user ");
+      text.append(account_->user).append(" may not read ").append(path);
+      text.append(", so slpd cannot reload it: let its group read it and enter its folders (chgrp ");
+      text.append(account_->group).append(" ").append(path).append("; chmod g+r ").append(path).append(")");
     }
   }
   if (!files.log.empty() && !MayComeToWrite(files.log)) {
