@@ -1,5 +1,7 @@
 #include "net/addresses.h"
 
+#include "text/ip_address.h"
+
 namespace slp {
 
 asio::ip::address_v6 Ipv6Group(GroupReach reach, std::uint32_t group) {
@@ -28,6 +30,10 @@ std::optional<asio::ip::address_v4> ParseAddress(const std::string& text) {
 std::optional<asio::ip::address> ParseAnyAddress(const std::string& text) {
   if (const auto v4 = ParseAddress(text)) {
     return *v4;
+  }
+  // Some systems take brackets and ports, too.
+  if (!ParseIpv6Address(text)) {
+    return std::nullopt;
   }
   asio::error_code error;
   const auto v6 = asio::ip::make_address_v6(text, error);

@@ -70,6 +70,11 @@ const IP_ADAPTER_ADDRESSES* QueryAdapters(ULONG family, std::vector<std::byte>& 
   return nullptr;
 }
 
+// The same number, which Wine tells in one place only.
+std::uint32_t Ipv6Index(const IP_ADAPTER_ADDRESSES& adapter) {
+  return adapter.Ipv6IfIndex != 0 ? adapter.Ipv6IfIndex : adapter.IfIndex;
+}
+
 }  // namespace
 
 std::vector<Interface> EnumerateInterfaces(bool with_ipv6) {
@@ -88,7 +93,7 @@ std::vector<Interface> EnumerateInterfaces(bool with_ipv6) {
                        .up = adapter->OperStatus == IfOperStatusUp,
                        .multicast = adapter->NoMulticast == 0,
                        .loopback = adapter->IfType == IF_TYPE_SOFTWARE_LOOPBACK,
-                       .index = family == AF_INET6 ? adapter->Ipv6IfIndex : 0});
+                       .index = family == AF_INET6 ? Ipv6Index(*adapter) : 0});
     }
   }
   return found;
