@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "slpd/value_order.h"
@@ -25,7 +26,10 @@ struct ValueKey {
   std::uint32_t hash = 0;
   std::string text;  ///< at most 255 bytes; gives the values their order
 
-  auto operator<=>(const ValueKey&) const = default;
+  bool operator==(const ValueKey&) const = default;
+  bool operator<(const ValueKey& other) const {
+    return std::tie(hash, text) < std::tie(other.hash, other.text);
+  }
 };
 
 class ValueIndex {
