@@ -27,8 +27,8 @@ struct DirectoryClientSettings {
   std::size_t mtu = 1400;
   std::vector<std::string> own_addresses;
 
-  /// `agent` is complete, with its own addresses. What net.slp.DAAddresses names that is neither a host's name
-  /// nor an IPv4 address, or with net.slp.useIPv6 an IP address, is told in `problems` and left out.
+  /// `agent` is complete, with its own addresses. What net.slp.DAAddresses names that is neither a host's
+  /// name nor an IPv4 address, or with net.slp.useIPv6 an IP address, is told in `problems` and left out.
   static DirectoryClientSettings From(const Properties& properties, const AgentSettings& agent,
                                       std::vector<std::string>& problems);
 
