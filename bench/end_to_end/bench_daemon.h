@@ -1,5 +1,5 @@
-// The daemon that is measured: the built slpd on the loopback interface, with nothing but the limits raised
-// that would end a measurement. The SLP library of this process reads the same configuration file.
+// The daemon that is measured: the built slpd on the loopback interface, with its default limits. The SLP
+// library of this process reads the same configuration file.
 #pragma once
 
 #include "bench/support/process_usage.h"

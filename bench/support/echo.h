@@ -3,6 +3,7 @@
 #pragma once
 
 #include <sys/types.h>
+
 #include <asio/ip/udp.hpp>
 #include <cstddef>
 
@@ -23,6 +24,8 @@ class EchoProcess {
   /// Times `count` round trips of a datagram of `bytes` bytes, a socket opened for each. Throws
   /// std::system_error.
   Latencies TimeRoundTrips(std::size_t count, std::size_t bytes) const;
+
+  pid_t process_id() const { return process_; }
 
  private:
   asio::ip::udp::endpoint address_;
