@@ -29,7 +29,7 @@ struct Amount {
 };
 
 Amount HowMuch() {
-  return std::getenv("KELSD_FULL_FLOOD") != nullptr ? Amount{1'000'000, 10'000} : Amount{20'000, 200};
+  return std::getenv("KELSD_SOAK") != nullptr ? Amount{1'000'000, 10'000} : Amount{20'000, 200};
 }
 
 /// Datagrams that are sent before the daemon must have come to the last of them, so that it handles each
