@@ -145,11 +145,12 @@ TEST_F(ServerTest, WhatDoesNotFitADatagramIsThereOverTcp) {
 
 TEST_F(ServerTest, MayGoWhileATimerOfItsOwnIsAlreadyOver) {
   asio::io_context io;
-  // Two timers are over when the loop looks first: this one, and the server's for its search for directory
-  // agents.
+  // Two timers are over when the loop looks first: this one, and the server's own, which is set for the next
+  // round of its search for directory agents by a clock that has passed it already.
   asio::steady_timer end(io, steady_clock::now());
+  milliseconds now(100'000);
   auto server = std::make_unique<Server>(
-      io, log_, [] { return milliseconds(100'000); }, ConnectionLimits(), [] { return kBootTime; },
+      io, log_, [&] { return now += seconds(1); }, ConnectionLimits(), [] { return kBootTime; },
       [] { return 0U; });
   std::string reason;
   ASSERT_TRUE(server->Start(configuration_, reason)) << reason;
