@@ -40,6 +40,12 @@ if(KELSD_SANITIZE MATCHES "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(kelsd_warnings INTERFACE -Wno-tsan)
 endif()
 
+# What the programs have in common that take signals.
+add_library(kelsd_signals INTERFACE)
+if(KELSD_SANITIZE MATCHES "thread")
+  target_sources(kelsd_signals INTERFACE "${CMAKE_CURRENT_LIST_DIR}/first_blocking_call.cpp")
+endif()
+
 if(KELSD_SANITIZE)
   add_compile_options(-fsanitize=${KELSD_SANITIZE} -fno-omit-frame-pointer
     -fno-sanitize-recover=all)

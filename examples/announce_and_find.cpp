@@ -1,7 +1,9 @@
 // Announces one service of each type of the family, finds them again, changes one, and withdraws them. The
-// library starts slpd when it does not run, and stops it here only in that case.
+// library starts slpd when it does not run, and stops it here only in that case; a failure ends the program
+// and leaves slpd running. It expects no other services of these types on this host.
 //
-// Needs the environment variable OpenSLPConfig, which names the configuration file of slpd.
+// Needs the environment variable OpenSLPConfig, which names the configuration file of slpd; the scope of the
+// services is added to it for good, and slpd is restarted then.
 #include <cstdlib>
 #include <iostream>
 #include <string>

@@ -12,6 +12,8 @@ class NoEvents : public EventSink {
   void OnMessageOut(const Message&, const RequestOrigin&, std::size_t) override {}
   void OnDropped(std::string_view, std::size_t, const RequestOrigin&) override {}
   void OnProcessNotWatched(std::uint32_t, std::string_view) override {}
+  void OnHostAtLimit(std::string_view) override {}
+  void OnTooMuchToCompare(const RequestOrigin&, std::uint64_t) override {}
 };
 
 }  // namespace slp::fuzz

@@ -2,6 +2,7 @@
 #include "api/c_memory.h"
 #include "api/handle_calls.h"
 #include "api/property_calls.h"
+#include "api/refresh_interval.h"
 #include "api/registration_calls.h"
 #include "api/search_calls.h"
 #include "api/text_calls.h"
@@ -61,8 +62,7 @@ SLPError SLPEXP_CALL SLPFindScopes(SLPHandle hSLP, char** ppcScopeList) {
 }
 
 unsigned short SLPEXP_CALL SLPGetRefreshInterval(void) {
-  // RFC 2614 section 4.6.1: what directory agents ask for; no request of this library goes to one by itself.
-  return 0;
+  return slp::client::RefreshIntervalCall();
 }
 
 SLPError SLPEXP_CALL SLPParseSrvURL(const char* pcSrvURL, SLPSrvURL** ppSrvURL) {

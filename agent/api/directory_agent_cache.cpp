@@ -7,11 +7,14 @@ DirectoryAgentCache& DirectoryAgentCache::Instance() {
   return cache;
 }
 
-void DirectoryAgentCache::Add(const KnownAgent& agent, std::uint16_t port, TimePoint until) {
+void DirectoryAgentCache::Add(const KnownAgent& agent, std::uint16_t port, TimePoint now, TimePoint until) {
   const std::lock_guard lock(mutex_);
   const Place place(agent.address, port);
+  if (agents_.size() == kMostAgents) {
+    std::erase_if(agents_, [&](const auto& known) { return known.second.until <= now; });
+  }
   if (agents_.size() < kMostAgents || agents_.count(place) > 0) {
-    agents_.insert_or_assign(place, Entry{agent.scopes, until});
+    agents_.insert_or_assign(place, Entry{agent, until});
   }
 }
 
@@ -20,7 +23,7 @@ std::vector<KnownAgent> DirectoryAgentCache::Agents(std::uint16_t port, TimePoin
   std::vector<KnownAgent> agents;
   for (const auto& [place, entry] : agents_) {
     if (place.second == port && now < entry.until) {
-      agents.push_back({place.first, entry.scopes});
+      agents.push_back(entry.agent);
     }
   }
   return agents;

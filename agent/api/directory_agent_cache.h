@@ -6,15 +6,18 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace slp::client {
 
-/// A directory agent and the scopes that it is known to serve.
+/// A directory agent, the scopes that it is known to serve, and the refresh interval that it has advertised;
+/// 0 without one, none where no advertisement has been seen.
 struct KnownAgent {
   asio::ip::address address;
   std::vector<std::string> scopes;
+  std::optional<std::chrono::seconds> refresh_interval = {};
   bool operator==(const KnownAgent&) const = default;
 };
 
@@ -22,7 +25,7 @@ class DirectoryAgentCache {
  public:
   using TimePoint = std::chrono::steady_clock::time_point;
 
-  /// More agents are not kept; who invents some cannot fill the memory.
+  /// More agents are not kept at a time; who invents some cannot fill the memory.
   static constexpr std::size_t kMostAgents = 64;
 
   DirectoryAgentCache() = default;
@@ -32,7 +35,8 @@ class DirectoryAgentCache {
   /// The one of this process. Never destroyed, so that it serves threads that outlive main.
   static DirectoryAgentCache& Instance();
 
-  void Add(const KnownAgent& agent, std::uint16_t port, TimePoint until);
+  /// Known from now on until then.
+  void Add(const KnownAgent& agent, std::uint16_t port, TimePoint now, TimePoint until);
 
   /// Those that were added and not rejected, by port: processes may use more than one.
   std::vector<KnownAgent> Agents(std::uint16_t port, TimePoint now) const;
@@ -47,7 +51,7 @@ class DirectoryAgentCache {
  private:
   using Place = std::pair<asio::ip::address, std::uint16_t>;
   struct Entry {
-    std::vector<std::string> scopes;
+    KnownAgent agent;
     TimePoint until;
   };
 

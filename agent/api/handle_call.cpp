@@ -12,7 +12,10 @@ namespace slp::client {
 namespace {
 
 std::uint16_t RandomXid() {
-  std::random_device source;
+  // To open the system's source takes longer than all else that a search does here.
+  static std::mutex& mutex = *new std::mutex;
+  static std::random_device& source = *new std::random_device;
+  const std::lock_guard lock(mutex);
   return std::uniform_int_distribution<std::uint16_t>(1, std::numeric_limits<std::uint16_t>::max())(source);
 }
 

@@ -60,7 +60,8 @@ SLPError AssociatePeerCall(SLPHandle handle, const char* address) noexcept {
     if (!peer || peer->is_unspecified() || peer->is_multicast()) {
       return SLP_PARAMETER_BAD;
     }
-    state.peer = ipv6 ? OnSomeLink(EnumerateInterfaces(true), *peer) : *peer;
+    state.peer =
+        ipv6 ? OnSomeLink(EnumerateInterfaces(true).value_or(std::vector<Interface>()), *peer) : *peer;
     return SLP_OK;
   });
 }
@@ -71,7 +72,14 @@ SLPError AssociateInterfacesCall(SLPHandle handle, const char* interfaces) noexc
   }
   return WithHandle(handle, [&](HandleState& state) {
     std::vector<std::string> wanted = SplitStringList(interfaces);
-    if (wanted.empty() || !SelectInterfaces(EnumerateInterfaces(UsesIpv6()), wanted).unknown.empty()) {
+    if (wanted.empty()) {
+      return SLP_PARAMETER_BAD;
+    }
+    const auto all = EnumerateInterfaces(UsesIpv6());
+    if (!all) {
+      return SLP_NETWORK_INIT_FAILED;
+    }
+    if (!SelectInterfaces(*all, wanted).unknown.empty()) {
       return SLP_PARAMETER_BAD;
     }
     state.interfaces = std::move(wanted);

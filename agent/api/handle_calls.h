@@ -1,5 +1,5 @@
-// The functions of the C API that are about a handle itself (RFC 2614 sections 4.4, 4.6.1 and 4.6.2). What
-// they promise stands in slp.h. None throws; any thread.
+// The functions of the C API that are about a handle itself (RFC 2614 sections 4.4 and 4.6.2). What they
+// promise stands in slp.h. None throws; any thread.
 #pragma once
 
 #include "slp.h"

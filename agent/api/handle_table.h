@@ -43,8 +43,6 @@ class HandleTable {
     /// it.
     SLPError error() const { return error_; }
 
-    SLPHandle handle() const { return entry_; }
-
     /// Only when error() is SLP_OK.
     HandleState& state() const { return entry_->state; }
 

@@ -17,8 +17,9 @@ std::optional<asio::ip::address> LocalDaemonAddresses::Next() {
   if (told_ == 0) {
     addresses_.push_back(asio::ip::address_v4::loopback());
   } else if (told_ == 1) {
-    const std::vector<Interface> all = EnumerateInterfaces(settings_.use_ipv6);
-    for (const Interface& interface : SelectInterfaces(all, settings_.interfaces).interfaces) {
+    const auto all = EnumerateInterfaces(settings_.use_ipv6);
+    for (const Interface& interface :
+         SelectInterfaces(all.value_or(std::vector<Interface>()), settings_.interfaces).interfaces) {
       if (std::find(addresses_.begin(), addresses_.end(), interface.address) == addresses_.end()) {
         addresses_.push_back(interface.address);
       }

@@ -2,22 +2,29 @@
 // 2. For each of net.slp.multicastTimeouts: send the request, with everyone who has answered named in it, by
 //    all interfaces, and listen for that long. Loopback addresses are named on loopback interfaces only.
 //    A companion goes along. With IPv6 it goes to the groups of the link and of the site (RFC 3111 section
-//    4.1), by one socket for each interface.
+//    4.1), by one socket for each interface; a search for services to the group of their type, which reaches
+//    those alone that have some.
 // 3. A reply counts once for each sender, and only when it carries the request's XID. One that has been cut
-//    is handed over as far as it goes, and fetched again in full from that sender by TCP.
-// 4. Stop when two rounds in a row brought nobody new, when the request with its list of responders no longer
-//    fits a datagram, when net.slp.multicastMaximumWait is over, or when no more is wanted.
+//    is handed over as far as it goes, and fetched again in full from that sender by TCP, while the rounds go
+//    on and others answer.
+// 4. Send no more when two rounds in a row brought nobody new, or when the request with its list of
+//    responders no longer fits a datagram.
+// 5. Stop when nothing is being fetched any more, when net.slp.multicastMaximumWait is over, or when no more
+//    is wanted.
 #include "api/multicast_convergence.h"
 
 #include <algorithm>
 #include <asio/io_context.hpp>
 #include <set>
+#include <span>
 
 #include "api/request_message.h"
-#include "api/stream_exchange.h"
+#include "api/stream_fetches.h"
 #include "net/addresses.h"
 #include "net/datagram_socket.h"
 #include "net/interfaces.h"
+#include "text/fold.h"
+#include "text/service_type.h"
 #include "wire/codec.h"
 
 namespace slp::client {
@@ -41,22 +48,41 @@ struct Outlet {
   std::uint32_t ipv6_index = 0;  ///< the interface's, of a socket for IPv6
 };
 
+std::uint32_t Ipv6GroupFor(const Message& request) {
+  if (AsksForDirectoryAgents(request)) {
+    return kDirectoryAgentsGroup;
+  }
+  const auto* services = std::get_if<SrvRqst>(&request.body);
+  if (services == nullptr || EqualFolded(services->service_type, kServiceAgentType)) {
+    return kAgentsGroup;
+  }
+  return kTypeGroupsBegin + TypeGroupNumber(services->service_type);
+}
+
 class Convergence {
  public:
-  Convergence(const Message& request, const RequestContext& context, const ReplySink& sink,
+  Convergence(const Message& request, const RequestContext& context, const SenderSink& sink,
               const Companion* companion)
       : request_(request),
         companion_(companion),
         context_(context),
         settings_(context.settings),
         sink_(sink),
-        deadline_(context.environment.clock, settings_.multicast.maximum) {}
+        deadline_(context.environment.clock, settings_.multicast.maximum),
+        fetches_(io_, request, context) {}
 
   SLPError Run() {
     OpenOutlets();
     if (outlets_.empty()) {
       return SLP_NETWORK_INIT_FAILED;
     }
+    const SLPError error = SendRounds();
+    Listen(deadline_, [this] { return !fetches_.empty(); });
+    return error;
+  }
+
+ private:
+  SLPError SendRounds() {
     int quiet_rounds = 0;
     for (const auto wait : settings_.multicast.tries) {
       const Result<Bytes> within_host = Encode(AsMulticast(request_, responders_));
@@ -69,7 +95,7 @@ class Convergence {
       }
       SendCompanion();
       const std::size_t known = senders_.size();
-      Listen(deadline_.Within(wait));
+      Listen(deadline_.Within(wait), [this] { return !outlets_.empty(); });
       quiet_rounds = senders_.size() == known ? quiet_rounds + 1 : 0;
       if (!wanted_ || quiet_rounds == kQuietRoundsAtTheEnd || deadline_.Passed()) {
         break;
@@ -78,12 +104,14 @@ class Convergence {
     return SLP_OK;
   }
 
- private:
   void OpenOutlets() {
     const std::vector<std::string>& names =
         context_.handle.interfaces.empty() ? settings_.interfaces : context_.handle.interfaces;
-    const std::vector<Interface> all = EnumerateInterfaces(settings_.use_ipv6);
-    for (const Interface& interface : SelectInterfaces(all, names).interfaces) {
+    const auto all = EnumerateInterfaces(settings_.use_ipv6);
+    if (!all) {
+      return;
+    }
+    for (const Interface& interface : SelectInterfaces(*all, names).interfaces) {
       const bool ipv6 = interface.address.is_v6();
       if (ipv6 && std::any_of(outlets_.begin(), outlets_.end(),
                               [&](const Outlet& outlet) { return outlet.ipv6_index == interface.index; })) {
@@ -108,7 +136,7 @@ class Convergence {
     if (outlet.ipv6_index == 0) {
       return {settings_.broadcast_only ? settings_.broadcast_address : kMulticastGroup};
     }
-    const std::uint32_t group = AsksForDirectoryAgents(request) ? kDirectoryAgentsGroup : kAgentsGroup;
+    const std::uint32_t group = Ipv6GroupFor(request);
     return {Ipv6Group(GroupReach::kLink, group), Ipv6Group(GroupReach::kSite, group)};
   }
 
@@ -135,16 +163,31 @@ class Convergence {
     }
   }
 
-  void Listen(const Deadline& end) {
-    // Once more after the end: a fetch by TCP may have used up the time while replies lay in the sockets.
-    do {
-      std::vector<AwaitedSocket> awaited;
-      for (Outlet& outlet : outlets_) {
-        awaited.push_back({.socket = outlet.socket.native_handle()});
+  /// Takes what comes until `end`, while `due`, which tells whether something may come, says so.
+  template <typename Due>
+  void Listen(const Deadline& end, Due due) {
+    // Once more after the end: with one result the caller may have used up the time while others lay in the
+    // sockets.
+    for (bool over = false; wanted_ && due() && !over;) {
+      over = end.Passed();
+      TakeWhatComes(end);
+    }
+  }
+
+  /// Waits until there is something, no longer than until `end`.
+  void TakeWhatComes(const Deadline& end) {
+    std::vector<AwaitedSocket> awaited = fetches_.Awaited();
+    const std::size_t fetches = awaited.size();
+    for (Outlet& outlet : outlets_) {
+      awaited.push_back({.socket = outlet.socket.native_handle()});
+    }
+    WaitUntilReady(awaited, std::min(end.Remaining(), fetches_.Remaining()));
+    for (const StreamFetches::Fetched& fetched : fetches_.Advance(std::span(awaited).first(fetches))) {
+      if (wanted_ && ReplyError(fetched.reply) == Error::kOk) {
+        Report(fetched.reply, fetched.agent);
       }
-      WaitUntilReady(awaited, end.Remaining());
-      std::erase_if(outlets_, [this](Outlet& outlet) { return !TakeDatagrams(outlet.socket); });
-    } while (wanted_ && !outlets_.empty() && !end.Passed());
+    }
+    std::erase_if(outlets_, [this](Outlet& outlet) { return !TakeDatagrams(outlet.socket); });
   }
 
   /// False when the socket is of no use any more.
@@ -164,9 +207,10 @@ class Convergence {
   }
 
   void TakeReply(const DatagramSocket::Datagram& datagram) {
+    const asio::ip::address sender = Plain(datagram.from.address());
     if (companion_ != nullptr) {
       if (const auto reply = ReadReply(datagram.bytes, companion_->request)) {
-        return companion_->on_reply(*reply, Plain(datagram.from.address()));
+        return companion_->on_reply(*reply, sender);
       }
     }
     const std::optional<Message> reply = ReadReply(datagram.bytes, request_);
@@ -177,17 +221,20 @@ class Convergence {
     if (ReplyError(*reply) != Error::kOk) {
       return;
     }
-    if (!reply->header.overflow) {
-      wanted_ = sink_(*reply);
-      return;
+    // Of those that have been cut, only a service reply still says something true.
+    if (!reply->header.overflow || reply->function() == FunctionId::kSrvRply) {
+      Report(*reply, sender);
     }
-    // Only a service reply that has been cut still says something true.
-    if (reply->function() == FunctionId::kSrvRply) {
-      wanted_ = sink_(*reply);
+    if (reply->header.overflow && wanted_) {
+      fetches_.Add(sender);
     }
-    if (wanted_) {
-      FetchByStream(Plain(datagram.from.address()));
-    }
+  }
+
+  void Report(const Message& reply, const asio::ip::address& sender) {
+    const auto before = context_.environment.clock();
+    wanted_ = sink_(reply, sender);
+    // Nothing is fetched while the caller is busy with a result.
+    fetches_.Postpone(context_.environment.clock() - before);
   }
 
   void AddResponder(const std::string& address) {
@@ -196,26 +243,14 @@ class Convergence {
     }
   }
 
-  /// The whole reply of one that could send only a part; without it what came already has to do.
-  void FetchByStream(const asio::ip::address& sender) {
-    const Result<Bytes> encoded = Encode(request_);
-    if (!encoded) {
-      return;
-    }
-    const Exchange exchange = ExchangeByStream({sender, settings_.port}, request_, encoded.value(),
-                                               deadline_.Within(settings_.unicast.maximum));
-    if (exchange.end == Exchange::End::kReplied && ReplyError(*exchange.reply) == Error::kOk) {
-      wanted_ = sink_(*exchange.reply);
-    }
-  }
-
   const Message& request_;
   const Companion* const companion_;
   const RequestContext& context_;
   const RequestSettings& settings_;
-  const ReplySink& sink_;
+  const SenderSink& sink_;
   const Deadline deadline_;
   asio::io_context io_;
+  StreamFetches fetches_;
   std::vector<Outlet> outlets_;
   std::set<asio::ip::udp::endpoint> senders_;
   std::vector<std::string> responders_;
@@ -224,9 +259,15 @@ class Convergence {
 
 }  // namespace
 
-SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink,
+SLPError Converge(const Message& request, const RequestContext& context, const SenderSink& sink,
                   const Companion* companion) {
   return Convergence(request, context, sink, companion).Run();
+}
+
+SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink,
+                  const Companion* companion) {
+  const SenderSink from_anyone = [&](const Message& reply, const asio::ip::address&) { return sink(reply); };
+  return Converge(request, context, from_anyone, companion);
 }
 
 }  // namespace slp::client

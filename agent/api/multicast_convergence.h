@@ -16,10 +16,13 @@ namespace slp::client {
 /// Takes one reply, as soon as it is there; false: no more is wanted.
 using ReplySink = std::function<bool(const Message&)>;
 
+/// The same, with the address that the reply came from.
+using SenderSink = std::function<bool(const Message& reply, const asio::ip::address& sender)>;
+
 /// A request that goes along with a search, because it asks for something else by the way. Who answers it is
 /// no responder, and prolongs nothing.
 struct Companion {
-  Message request;
+  Message request;  ///< with another XID than the search's
   std::function<void(const Message& reply, const asio::ip::address& sender)> on_reply;
 };
 
@@ -28,6 +31,8 @@ struct Companion {
 /// section 7). SLP_OK, also when nobody answers; SLP_NETWORK_INIT_FAILED without an interface,
 /// SLP_NETWORK_ERROR when none of them takes the request, SLP_BUFFER_OVERFLOW when it is longer than
 /// net.slp.MTU.
+SLPError Converge(const Message& request, const RequestContext& context, const SenderSink& sink,
+                  const Companion* companion = nullptr);
 SLPError Converge(const Message& request, const RequestContext& context, const ReplySink& sink,
                   const Companion* companion = nullptr);
 

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "net/addresses.h"
+#include "text/host_name.h"
 #include "text/string_list.h"
 
 namespace slp::client {
@@ -31,9 +32,12 @@ std::string ReadScopes(const Properties& properties) {
 
 RequestSettings::DirectoryAgents ReadDirectoryAgents(const Properties& properties) {
   RequestSettings::DirectoryAgents agents;
-  for (const std::string& text : properties.GetStringList("net.slp.DAAddresses")) {
-    if (const auto address = ParseUsableAddress(text, properties.GetBool("net.slp.useIPv6"))) {
+  const bool ipv6 = properties.GetBool("net.slp.useIPv6");
+  for (const std::string& text : ListUnion({}, properties.GetStringList("net.slp.DAAddresses"))) {
+    if (const auto address = ParseUsableAddress(text, ipv6)) {
       agents.configured.push_back(*address);
+    } else if (IsHostName(text)) {
+      agents.names.push_back({text, ipv6});
     }
   }
   agents.interval = std::chrono::seconds(properties.GetInt("net.slp.DAActiveDiscoveryInterval"));

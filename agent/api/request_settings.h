@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "net/host_lookups.h"
 #include "properties/properties.h"
 
 namespace slp::client {
@@ -39,6 +40,7 @@ struct RequestSettings {
   /// searched for by this process itself, and how long what was found counts.
   struct DirectoryAgents {
     std::vector<asio::ip::address> configured;
+    std::vector<HostQuery> names;  ///< of those that are configured by name
     bool wanted;
     bool searched;
     std::chrono::seconds interval;

@@ -1,6 +1,5 @@
 #include "api/search.h"
 
-#include <algorithm>
 #include <utility>
 #include <variant>
 
@@ -51,13 +50,13 @@ bool AsksForAgents(const Message& request) {
 SLPError AskEveryoneAndSearchAgents(const Message& request, const std::vector<std::string>& scopes,
                                     const RequestContext& context, const ReplySink& sink) {
   std::vector<KnownAgent> found;
-  const Companion companion{DirectoryAgentRequest({}, context),
-                            [&](const Message& reply, const asio::ip::address& sender) {
-                              const auto agent = Remember(reply, sender, context);
-                              if (agent && std::find(found.begin(), found.end(), *agent) == found.end()) {
-                                found.push_back(*agent);
-                              }
-                            }};
+  Companion companion{
+      DirectoryAgentRequest({}, context),
+      [&](const Message& reply, const asio::ip::address& sender) { Gather(found, reply, sender, context); }};
+  // By its XID alone a reply tells which of the two it answers.
+  while (companion.request.header.xid == request.header.xid) {
+    companion.request.header.xid = context.environment.new_xid();
+  }
   bool wanted = true;
   const ReplySink watched = [&](const Message& reply) { return wanted = sink(reply); };
   const SLPError error = Converge(request, context, watched, &companion);
@@ -71,7 +70,9 @@ SLPError AskEveryoneAndSearchAgents(const Message& request, const std::vector<st
 }  // namespace
 
 // 1. An agent that the handle names is the only one that is asked.
-// 2. Else directory agents that serve the scopes stand for everyone (RFC 2608 section 11.1).
+// 2. Else directory agents that serve the scopes stand for everyone (RFC 2608 section 11.1). When one of them
+//    has gone, another one may take its place that has not been asked for its scopes, since those were
+//    enough.
 // 3. Else everyone is asked.
 SLPError RunSearch(const Message& request, const RequestContext& context, const ReplySink& sink) {
   if (context.handle.peer) {
@@ -81,8 +82,16 @@ SLPError RunSearch(const Message& request, const RequestContext& context, const 
     return Converge(request, context, sink);
   }
   const std::vector<std::string> scopes = ScopesOf(request);
-  const DirectoryKnowledge known = FindDirectoryAgents(scopes, context);
-  if (const auto error = AskDirectoryAgents(known.agents, scopes, request, context, sink)) {
+  const auto find = [&] {
+    return FindDirectoryAgents(scopes, Configured::kEnough, context, TimeForQuestions(context));
+  };
+  DirectoryKnowledge known = find();
+  auto error = AskDirectoryAgents(known.agents, scopes, request, context, sink);
+  if (!error && known.enough) {
+    known = find();
+    error = AskDirectoryAgents(known.agents, scopes, request, context, sink);
+  }
+  if (error) {
     return *error;
   }
   return known.search ? AskEveryoneAndSearchAgents(request, scopes, context, sink)

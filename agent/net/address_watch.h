@@ -10,8 +10,8 @@ namespace slp {
 
 class AddressWatch {
  public:
-  /// `changed` is called from the loop, once for changes that come shortly after each other. Where the system
-  /// gives no such notice, never.
+  /// `changed` is called from the loop, once for changes that come shortly after each other, a second after
+  /// the first one at the latest. Where the system gives no such notice, never.
   AddressWatch(asio::io_context& io, std::function<void()> changed);
   AddressWatch(const AddressWatch&) = delete;
   AddressWatch& operator=(const AddressWatch&) = delete;

@@ -1,5 +1,7 @@
 #include "net/addresses.h"
 
+#include <cstring>
+
 #include "text/ip_address.h"
 
 namespace slp {
@@ -50,6 +52,13 @@ std::optional<asio::ip::address> ParseUsableAddress(const std::string& text, boo
   }
   const auto v4 = ParseAddress(text);
   return v4 ? std::optional<asio::ip::address>(*v4) : std::nullopt;
+}
+
+asio::ip::address FromSystem(const asio::ip::udp::endpoint::data_type* address) {
+  asio::ip::udp::endpoint endpoint;
+  std::memcpy(endpoint.data(), address,
+              address->sa_family == AF_INET6 ? sizeof(sockaddr_in6) : sizeof(sockaddr_in));
+  return Plain(endpoint.address());
 }
 
 asio::ip::address Plain(const asio::ip::address& address) {

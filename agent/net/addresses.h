@@ -5,6 +5,7 @@
 #include <asio/ip/address.hpp>
 #include <asio/ip/address_v4.hpp>
 #include <asio/ip/address_v6.hpp>
+#include <asio/ip/udp.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,12 +22,14 @@ enum class GroupReach : std::uint8_t { kLink = 2, kSite = 5 };
 /// The groups of IPv6 by their last 32 bits (RFC 3111 section 4.1).
 inline constexpr std::uint32_t kAgentsGroup = 0x116;
 inline constexpr std::uint32_t kDirectoryAgentsGroup =
-    0x123;  ///< searches for these and their advertisements
+    0x123;                                                  ///< searches for these and their advertisements
+inline constexpr std::uint32_t kTypeGroupsBegin = 0x11000;  ///< and up: requests by type, see TypeGroupNumber
 
 /// FF02::116 for kLink and kAgentsGroup.
 asio::ip::address_v6 Ipv6Group(GroupReach reach, std::uint32_t group);
 
-/// What an agent at an address of this family listens to: the group of IPv4, or all fixed ones of IPv6.
+/// What an agent at an address of this family listens to, whatever services it has: the group of IPv4, or the
+/// fixed ones of IPv6.
 std::vector<asio::ip::address> GroupsFor(const asio::ip::address& address);
 
 /// Four decimal numbers with dots between, and nothing of the short forms that some systems read ("1.2.3").
@@ -38,6 +41,9 @@ std::optional<asio::ip::address> ParseAnyAddress(const std::string& text);
 
 /// The same where IPv6 is in use, else as ParseAddress.
 std::optional<asio::ip::address> ParseUsableAddress(const std::string& text, bool with_ipv6);
+
+/// An address of IPv4 or IPv6 as the operating system gives it.
+asio::ip::address FromSystem(const asio::ip::udp::endpoint::data_type* address);
 
 /// The same address in the one form in which addresses are compared: no IPv4 address as one of IPv6, and a
 /// zone only where an address is of a link.

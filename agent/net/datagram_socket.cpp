@@ -18,9 +18,10 @@ bool Succeeds(Steps... steps) {
 }
 
 bool IsRefusal(const asio::error_code& error) {
-  // Windows reports a port that nobody listens on as a reset.
+  // Windows reports a port that nobody listens on as a reset of the connection, and a way that is too long
+  // for a datagram as one of the network.
   return error == asio::error::connection_refused || error == asio::error::connection_reset ||
-         error == asio::error::host_unreachable;
+         error == asio::error::network_reset || error == asio::error::host_unreachable;
 }
 
 }  // namespace
@@ -30,7 +31,7 @@ std::optional<DatagramSocket> DatagramSocket::ForMulticast(asio::io_context& con
   DatagramSocket opened(context);
   asio::ip::udp::socket& socket = opened.socket_;
   const bool ready =
-      Succeeds([&](auto& error) { socket.open(asio::ip::udp::v4(), error); },
+      Succeeds([&](auto& error) { error = OpenUninherited(socket, asio::ip::udp::v4()); },
                [&](auto& error) {
                  socket.bind({local, 0}, error);
                },
@@ -46,7 +47,7 @@ std::optional<DatagramSocket> DatagramSocket::ForIpv6Multicast(asio::io_context&
   DatagramSocket opened(context);
   asio::ip::udp::socket& socket = opened.socket_;
   const bool ready =
-      Succeeds([&](auto& error) { socket.open(asio::ip::udp::v6(), error); },
+      Succeeds([&](auto& error) { error = OpenUninherited(socket, asio::ip::udp::v6()); },
                [&](auto& error) { socket.set_option(asio::ip::v6_only(true), error); },
                [&](auto& error) {
                  socket.bind({asio::ip::address_v6::any(), 0}, error);
@@ -65,7 +66,7 @@ std::optional<DatagramSocket> DatagramSocket::ForBroadcast(asio::io_context& con
   DatagramSocket opened(context);
   asio::ip::udp::socket& socket = opened.socket_;
   const bool ready =
-      Succeeds([&](auto& error) { socket.open(asio::ip::udp::v4(), error); },
+      Succeeds([&](auto& error) { error = OpenUninherited(socket, asio::ip::udp::v4()); },
                [&](auto& error) {
                  socket.bind({local, 0}, error);
                },

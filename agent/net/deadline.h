@@ -24,6 +24,8 @@ class Deadline {
     return nearer;
   }
 
+  void Postpone(std::chrono::steady_clock::duration by) { moment_ += by; }
+
   bool Passed() const { return clock_() >= moment_; }
 
   /// What is left, rounded up so that a wait never ends just before the moment; zero when it has passed.

@@ -4,6 +4,7 @@
 
 #include <asio/ip/address.hpp>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,14 +18,16 @@ struct Interface {
   bool up = false;
   bool multicast = false;  ///< can send to and join multicast groups
   bool loopback = false;
-  std::uint32_t index = 0;  ///< by which sockets of IPv6 name the interface; 0 with an IPv4 address
+  /// Tells it from one that had its name and addresses before; sockets of IPv6 name it by this. 0 only with
+  /// an IPv4 address, where the system does not tell.
+  std::uint32_t index = 0;
 
   bool operator==(const Interface&) const = default;
 };
 
 /// The interfaces as they are now, in the operating system's order, with those addresses of IPv6 only that
-/// are asked for; empty when it does not tell. Does not block.
-std::vector<Interface> EnumerateInterfaces(bool with_ipv6 = false);
+/// are asked for; none when it does not tell, for want of descriptors perhaps. Does not block.
+std::optional<std::vector<Interface>> EnumerateInterfaces(bool with_ipv6 = false);
 
 struct InterfaceSelection {
   std::vector<Interface> interfaces;

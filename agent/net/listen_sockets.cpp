@@ -1,14 +1,13 @@
 #include "net/listen_sockets.h"
 
-#include <array>
 #include <asio/ip/multicast.hpp>
 #include <asio/ip/v6_only.hpp>
 #include <asio/socket_base.hpp>
 
+#include "net/native_socket.h"
+
 #ifdef _WIN32
 #include <mstcpip.h>
-#else
-#include <net/if.h>
 #endif
 
 namespace slp {
@@ -37,14 +36,13 @@ asio::error_code OwnMembershipsOnly(asio::detail::socket_type) {
   return {};
 }
 
-asio::error_code OneInterfaceOnly(asio::detail::socket_type, std::uint32_t) {
-  return {};
+// No socket can be bound to a group.
+asio::ip::address_v4 GroupBinding(const asio::ip::address_v4&) {
+  return asio::ip::address_v4::any();
 }
 
-// No socket can be bound to a group.
-asio::ip::address GroupBinding(const asio::ip::address& group, std::uint32_t) {
-  return group.is_v4() ? asio::ip::address(asio::ip::address_v4::any())
-                       : asio::ip::address(asio::ip::address_v6::any());
+asio::error_code ShareWithGroups(udp::socket&) {
+  return {};
 }
 
 // Wine keeps the group's socket off the port, although it is bound to another address, unless this one allows
@@ -81,27 +79,15 @@ asio::error_code OwnMembershipsOnly(int socket) {
   return {};
 }
 
-// Two sockets bound to one group of IPv6 hear it through each interface that one of them has joined it on.
-asio::error_code OneInterfaceOnly(int socket, std::uint32_t index) {
-#ifdef SO_BINDTODEVICE
-  std::array<char, IF_NAMESIZE> name{};
-  if (::if_indextoname(index, name.data()) == nullptr ||
-      ::setsockopt(socket, SOL_SOCKET, SO_BINDTODEVICE, name.data(), static_cast<socklen_t>(name.size())) !=
-          0) {
-    return {errno, asio::system_category()};
-  }
-#else
-  static_cast<void>(socket);
-  static_cast<void>(index);
-#endif
-  return {};
+asio::ip::address_v4 GroupBinding(const asio::ip::address_v4& group) {
+  return group;
 }
 
-asio::ip::address GroupBinding(const asio::ip::address& group, std::uint32_t index) {
-  if (group.is_v6() && group.to_v6().is_multicast_link_local()) {
-    return asio::ip::address_v6(group.to_v6().to_bytes(), index);
-  }
-  return group;
+// The sockets of the groups are bound to all addresses of IPv6.
+asio::error_code ShareWithGroups(udp::socket& socket) {
+  asio::error_code error;
+  socket.set_option(asio::socket_base::reuse_address(true), error);
+  return error;
 }
 
 void AllowGroupSocketBeside(udp::socket&, const asio::ip::address&) {}
@@ -128,13 +114,6 @@ asio::error_code SetOption(Socket& socket, const Option& option) {
   return error;
 }
 
-template <typename Socket, typename Protocol>
-asio::error_code Open(Socket& socket, const Protocol& protocol) {
-  asio::error_code error;
-  socket.open(protocol, error);
-  return error;
-}
-
 template <typename Socket, typename Endpoint>
 asio::error_code Bind(Socket& socket, const Endpoint& local) {
   asio::error_code error;
@@ -147,11 +126,6 @@ asio::error_code MakeNonBlocking(Socket& socket) {
   asio::error_code error;
   socket.non_blocking(true, error);
   return error;
-}
-
-asio::error_code SendGroupsBy(udp::socket& socket, const asio::ip::address& address, std::uint32_t index) {
-  return address.is_v4() ? SetOption(socket, asio::ip::multicast::outbound_interface(address.to_v4()))
-                         : SetOption(socket, asio::ip::multicast::outbound_interface(index));
 }
 
 // IPv4 has sockets of its own everywhere.
@@ -185,9 +159,10 @@ bool UnicastSocketHearsGroup(const asio::ip::address&) {
 
 asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& local, int ttl,
                                    std::uint32_t interface_index) {
-  return InOrder([&] { return Open(socket, local.protocol()); },
+  return InOrder([&] { return OpenUninherited(socket, local.protocol()); },
                  [&] { return KeepFamilyApart(socket, local.protocol()); },
                  [&] { return Exclusive(socket.native_handle()); },
+                 [&] { return local.address().is_v6() ? ShareWithGroups(socket) : asio::error_code(); },
                  // Bound to every address it would hear the groups that other processes of the host joined.
                  [&] { return OwnMembershipsOnly(socket.native_handle()); },
                  [&] { return SendGroupsBy(socket, local.address(), interface_index); },
@@ -204,25 +179,25 @@ asio::error_code OpenUnicastSocket(udp::socket& socket, const udp::endpoint& loc
                  });
 }
 
-asio::error_code OpenGroupSocket(udp::socket& socket, const asio::ip::address& group, std::uint16_t port,
-                                 const asio::ip::address& interface_address, std::uint32_t interface_index) {
-  const udp::endpoint local(GroupBinding(group, interface_index), port);
-  return InOrder([&] { return Open(socket, local.protocol()); },
-                 [&] { return KeepFamilyApart(socket, local.protocol()); },
-                 [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
-                 [&] {
-                   return group.is_v4() ? OwnMembershipsOnly(socket.native_handle())
-                                        : OneInterfaceOnly(socket.native_handle(), interface_index);
-                 },
-                 [&] { return Bind(socket, local); },
-                 [&] { return JoinGroup(socket, group, interface_address, interface_index); },
-                 [&] { return MakeNonBlocking(socket); });
+asio::error_code OpenGroupSocket(udp::socket& socket, const asio::ip::address_v4& group, std::uint16_t port,
+                                 const asio::ip::address_v4& interface_address) {
+  const udp::endpoint local(GroupBinding(group), port);
+  return InOrder(
+      [&] { return OpenUninherited(socket, local.protocol()); },
+      [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
+      [&] { return OwnMembershipsOnly(socket.native_handle()); }, [&] { return Bind(socket, local); },
+      [&] { return JoinGroup(socket, group, interface_address); }, [&] { return MakeNonBlocking(socket); });
 }
 
 asio::error_code OpenBroadcastSocket(udp::socket& socket, const udp::endpoint& broadcast) {
-  return InOrder([&] { return Open(socket, broadcast.protocol()); },
+  return InOrder([&] { return OpenUninherited(socket, broadcast.protocol()); },
                  [&] { return SetOption(socket, asio::socket_base::reuse_address(true)); },
                  [&] { return Bind(socket, broadcast); }, [&] { return MakeNonBlocking(socket); });
+}
+
+asio::error_code SendGroupsBy(udp::socket& socket, const asio::ip::address& address, std::uint32_t index) {
+  return address.is_v4() ? SetOption(socket, asio::ip::multicast::outbound_interface(address.to_v4()))
+                         : SetOption(socket, asio::ip::multicast::outbound_interface(index));
 }
 
 asio::error_code JoinGroup(udp::socket& socket, const asio::ip::address& group,
@@ -237,7 +212,7 @@ asio::error_code LeaveGroup(udp::socket& socket, const asio::ip::address& group,
 }
 
 asio::error_code OpenAcceptor(asio::ip::tcp::acceptor& acceptor, const asio::ip::tcp::endpoint& local) {
-  return InOrder([&] { return Open(acceptor, local.protocol()); },
+  return InOrder([&] { return OpenUninherited(acceptor, local.protocol()); },
                  [&] { return KeepFamilyApart(acceptor, local.protocol()); },
                  [&] { return ReuseAfterRestart(acceptor); }, [&] { return Bind(acceptor, local); },
                  [&] {

@@ -18,21 +18,25 @@ bool UnicastSocketHearsGroup(const asio::ip::address& local);
 extern const bool kUnicastSocketHearsBroadcast;
 
 /// A non-blocking datagram socket bound to `local`; what it sends to a group leaves by this address, or with
-/// IPv6 by the interface with this index, with `ttl` hops. A second program can't bind the same address and
-/// port.
+/// IPv6 by the interface with this index, with `ttl` hops. A second program can't bind the same IPv4
+/// address and port; of IPv6 what the groups' sockets need lets it, and OpenAcceptor keeps it off.
 asio::error_code OpenUnicastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& local,
                                    int ttl, std::uint32_t interface_index = 0);
 
-/// A non-blocking socket that hears what reaches the group through the interface of `interface_address`, with
-/// IPv6 through the one with this index, and
-/// nothing that other sockets of this host have joined. Several programs may hold one.
-asio::error_code OpenGroupSocket(asio::ip::udp::socket& socket, const asio::ip::address& group,
-                                 std::uint16_t port, const asio::ip::address& interface_address,
-                                 std::uint32_t interface_index = 0);
+/// A non-blocking socket that hears what reaches a group of IPv4 through the interface of
+/// `interface_address`, and nothing that other sockets of this host have joined. Several programs may hold
+/// one. Those of IPv6 are OpenSocketForGroups'.
+asio::error_code OpenGroupSocket(asio::ip::udp::socket& socket, const asio::ip::address_v4& group,
+                                 std::uint16_t port, const asio::ip::address_v4& interface_address);
 
 /// A non-blocking socket bound to a broadcast address, whatever interface its datagrams come through. Several
 /// programs may hold one. Not needed where kUnicastSocketHearsBroadcast.
 asio::error_code OpenBroadcastSocket(asio::ip::udp::socket& socket, const asio::ip::udp::endpoint& broadcast);
+
+/// From now on what the socket sends to a group leaves by this address, or with IPv6 by the interface with
+/// this index.
+asio::error_code SendGroupsBy(asio::ip::udp::socket& socket, const asio::ip::address& address,
+                              std::uint32_t index);
 
 /// Lets a socket hear `group` through that interface.
 asio::error_code JoinGroup(asio::ip::udp::socket& socket, const asio::ip::address& group,

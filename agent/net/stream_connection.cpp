@@ -2,74 +2,44 @@
 
 #include <asio/buffer.hpp>
 
-#include "net/native_socket.h"
-
 namespace slp {
 namespace {
 
-/// Repeats `transfer` (a span to the number of bytes moved) until all of `bytes` has been moved.
-template <typename Byte, typename Transfer>
-StreamConnection::Status MoveAll(NativeSocket socket, AwaitedSocket::For operation, std::span<Byte> bytes,
-                                 const Deadline& deadline, Transfer transfer) {
-  while (!bytes.empty()) {
-    asio::error_code error;
-    const std::size_t moved = transfer(bytes, error);
-    if (error == asio::error::would_block || error == asio::error::try_again) {
-      if (deadline.Passed()) {
-        return StreamConnection::Status::kTimedOut;
-      }
-      WaitUntilReady(socket, operation, deadline.Remaining());
-      continue;
-    }
-    if (error) {
-      return StreamConnection::Status::kFailed;
-    }
-    bytes = bytes.subspan(moved);
-    // A peer that trickles its bytes never makes the call wait and must not outlive the deadline either.
-    if (!bytes.empty() && deadline.Passed()) {
-      return StreamConnection::Status::kTimedOut;
-    }
+StreamConnection::Status StatusOf(const asio::error_code& error) {
+  if (error == asio::error::would_block || error == asio::error::try_again ||
+      error == asio::error::in_progress) {
+    return StreamConnection::Status::kBlocked;
   }
-  return StreamConnection::Status::kDone;
+  return error ? StreamConnection::Status::kFailed : StreamConnection::Status::kDone;
 }
 
 }  // namespace
 
-StreamConnection::Status StreamConnection::Connect(const asio::ip::tcp::endpoint& peer,
-                                                   const Deadline& deadline) {
-  asio::error_code error;
-  socket_.open(peer.protocol(), error);
+StreamConnection::Status StreamConnection::StartConnect(const asio::ip::tcp::endpoint& peer) {
+  asio::error_code error = OpenUninherited(socket_, peer.protocol());
   if (!error) {
     socket_.non_blocking(true, error);
   }
-  if (error) {
-    return Status::kFailed;
-  }
-  error = StartConnect(socket_.native_handle(), peer);
-  if (error == asio::error::in_progress) {
-    while (!WaitUntilReady(socket_.native_handle(), AwaitedSocket::For::kWriting, deadline.Remaining())) {
-      if (deadline.Passed()) {
-        return Status::kTimedOut;
-      }
-    }
-    error = ConnectResult(socket_.native_handle());
-  }
-  return error ? Status::kFailed : Status::kDone;
+  return error ? Status::kFailed : StatusOf(slp::StartConnect(socket_.native_handle(), peer));
 }
 
-StreamConnection::Status StreamConnection::Write(std::span<const std::uint8_t> bytes,
-                                                 const Deadline& deadline) {
-  return MoveAll(socket_.native_handle(), AwaitedSocket::For::kWriting, bytes, deadline,
-                 [this](std::span<const std::uint8_t> rest, asio::error_code& error) {
-                   return socket_.write_some(asio::buffer(rest.data(), rest.size()), error);
-                 });
+StreamConnection::Status StreamConnection::FinishConnect() {
+  return StatusOf(ConnectResult(socket_.native_handle()));
 }
 
-StreamConnection::Status StreamConnection::Read(std::span<std::uint8_t> bytes, const Deadline& deadline) {
-  return MoveAll(socket_.native_handle(), AwaitedSocket::For::kReading, bytes, deadline,
-                 [this](std::span<std::uint8_t> rest, asio::error_code& error) {
-                   return socket_.read_some(asio::buffer(rest.data(), rest.size()), error);
-                 });
+StreamConnection::Status StreamConnection::Write(std::span<const std::uint8_t>& bytes) {
+  asio::error_code error;
+  bytes = bytes.subspan(socket_.write_some(asio::buffer(bytes.data(), bytes.size()), error));
+  return StatusOf(error);
+}
+
+StreamConnection::Status StreamConnection::Read(std::vector<std::uint8_t>& bytes, std::size_t most) {
+  const std::size_t before = bytes.size();
+  bytes.resize(before + most);
+  asio::error_code error;
+  const std::size_t moved = socket_.read_some(asio::buffer(bytes.data() + before, most), error);
+  bytes.resize(before + (error ? 0 : moved));
+  return StatusOf(error);
 }
 
 }  // namespace slp

@@ -1,33 +1,40 @@
-// A TCP connection to one agent, each step of it bounded by a deadline (RFC 2608 section 6.2). One thread at
-// a time.
+// A TCP connection to one agent (RFC 2608 section 6.2). Nothing blocks; waiting is WaitUntilReady's. One
+// thread at a time.
 #pragma once
 
 #include <asio/io_context.hpp>
 #include <asio/ip/tcp.hpp>
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
-#include "net/deadline.h"
+#include "net/native_socket.h"
 
 namespace slp {
 
-/// Calls block until they are done, fail, or the deadline passes. After anything but kDone the connection is
-/// of no use any more. It is closed with the object.
+/// After kFailed the connection is of no use any more. It is closed with the object.
 class StreamConnection {
  public:
   enum class Status {
     kDone,
-    kTimedOut,
-    kFailed,  ///< refused, reset, closed by the peer, no way to it
+    kBlocked,  ///< nothing goes before the socket is ready
+    kFailed,   ///< refused, reset, closed by the peer, no way to it
   };
 
   explicit StreamConnection(asio::io_context& context) : socket_(context) {}
 
-  Status Connect(const asio::ip::tcp::endpoint& peer, const Deadline& deadline);
-  Status Write(std::span<const std::uint8_t> bytes, const Deadline& deadline);
+  /// kBlocked: call FinishConnect once the socket is ready for writing.
+  Status StartConnect(const asio::ip::tcp::endpoint& peer);
+  Status FinishConnect();
 
-  /// Fills `bytes` completely.
-  Status Read(std::span<std::uint8_t> bytes, const Deadline& deadline);
+  /// Sends as much of `bytes` as goes, at least one byte when it is done, and leaves the rest in it.
+  Status Write(std::span<const std::uint8_t>& bytes);
+
+  /// Appends to `bytes` what is there: at least one byte when it is done, never more than `most`.
+  Status Read(std::vector<std::uint8_t>& bytes, std::size_t most);
+
+  NativeSocket native_handle() { return socket_.native_handle(); }
 
  private:
   asio::ip::tcp::socket socket_;

@@ -24,7 +24,7 @@ UnicastSocket::UnicastSocket(UnicastSocket&& other) noexcept
 
 UnicastSocket::~UnicastSocket() {
   if (socket_ != kNoSocket) {
-    Close(socket_);
+    CloseNativeSocket(socket_);
   }
 }
 

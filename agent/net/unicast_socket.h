@@ -46,7 +46,6 @@ class UnicastSocket {
   // The operating system's part.
   static NativeSocket Open(int family);
   static bool Connect(NativeSocket socket, const asio::ip::udp::endpoint& peer);
-  static void Close(NativeSocket socket);
   static Outcome LastOutcome();  ///< of a call that failed just now
   Outcome SendOnce(std::span<const std::uint8_t> bytes);
   Outcome ReceiveOnce(std::span<std::uint8_t> buffer, std::size_t& size);

@@ -55,6 +55,15 @@ constexpr PropertyInfo List(std::string_view key, std::string_view default_value
   return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kTextList};
 }
 
+constexpr PropertyInfo Ipv4Address(std::string_view key, std::string_view default_value,
+                                   std::string_view effect) {
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kIpv4Address};
+}
+
+constexpr PropertyInfo Hosts(std::string_view key, std::string_view default_value, std::string_view effect) {
+  return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kHostList};
+}
+
 constexpr PropertyInfo Language(std::string_view key, std::string_view default_value,
                                 std::string_view effect) {
   return {.key = key, .default_value = default_value, .effect = effect, .kind = PropertyKind::kLanguage};
@@ -85,7 +94,7 @@ constexpr PropertyInfo kCatalogue[] = {
            "seconds between two unsolicited advertisements of a directory agent"),
     Attributes("net.slp.DAAttributes", "", "attribute list that a directory agent advertises"),
     Scopes("net.slp.useScopes", "DEFAULT", "scopes that are served, registered in and searched by default"),
-    List("net.slp.DAAddresses", "", "addresses of directory agents that are used without looking for them"),
+    Hosts("net.slp.DAAddresses", "", "addresses of directory agents that are used without looking for them"),
     Flag("net.slp.traceDATraffic", "false", "log the traffic with directory agents"),
     Flag("net.slp.traceMsg", "false", "log every message"),
     Flag("net.slp.traceDrop", "false", "log messages that are dropped, and why"),
@@ -114,13 +123,15 @@ constexpr PropertyInfo kCatalogue[] = {
     Number("net.slp.MTU", "1400", 576, kLargestDatagram, "longest datagram, in bytes"),
     Number("net.slp.maxRegistrationsPerHost", "10000", 1, 1'000'000,
            "registrations that a directory agent takes from one other host"),
+    Number("net.slp.maxBytesPerHost", "67108864", 65536, kUnbounded,
+           "bytes of memory that a directory agent gives to the registrations of one other host"),
     Number("net.slp.replyRate", "500", 1, 1'000'000,
            "whole UDP answers a second to one other host; what is more is sent on to TCP"),
     List("net.slp.trustedNetworks", "",
          "networks, as in 192.0.2.0/24, beyond the daemon's own that may be sent UDP answers longer than "
          "their requests"),
     List("net.slp.interfaces", "", "addresses or names of the interfaces that are used; empty: all"),
-    Text("net.slp.broadcastAddr", "255.255.255.255", "where broadcasts go"),
+    Ipv4Address("net.slp.broadcastAddr", "255.255.255.255", "where broadcasts go"),
     Number("net.slp.port", "427", 1, 65535, "port of every agent"),
     WithoutEffect(Flag("net.slp.useIPv4", "true", "use IPv4")),
     Flag("net.slp.useIPv6", "false", "use IPv6, beside IPv4"),
@@ -178,6 +189,10 @@ std::string DescribeAllowedValues(const PropertyInfo& property) {
       return "a text";
     case PropertyKind::kTextList:
       return "texts separated by commas";
+    case PropertyKind::kIpv4Address:
+      return "an IPv4 address";
+    case PropertyKind::kHostList:
+      return "addresses or names of hosts separated by commas";
     case PropertyKind::kLanguage:
       return "a language tag";
     case PropertyKind::kScopeList:

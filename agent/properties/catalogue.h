@@ -15,6 +15,8 @@ enum class PropertyKind {
   kTimeouts,       ///< milliseconds, separated by commas, each from `least` to `most`; a 0 ends the list
   kText,           ///< any text
   kTextList,       ///< texts separated by commas
+  kIpv4Address,    ///< an IPv4 address
+  kHostList,       ///< addresses of either version and names of hosts, separated by commas
   kLanguage,       ///< a language tag (RFC 2608 section 8)
   kScopeList,      ///< scope names, separated by commas, at least one (RFC 2608 section 6.4.1)
   kAttributeList,  ///< an attribute list (RFC 2608 section 5)

@@ -34,7 +34,7 @@ const char* ProcessProperties::Get(std::string_view key) {
   if (const auto own = loaded.own.find(key); own != loaded.own.end()) {
     return Keep(own->second);
   }
-  const std::optional<std::string> value = loaded.files.Stated(key);
+  const std::optional<std::string> value = loaded.files->Stated(key);
   return value ? Keep(*value) : nullptr;
 }
 
@@ -64,8 +64,11 @@ bool ProcessProperties::SetApplicationFile(std::string path) {
 std::shared_ptr<const Properties> ProcessProperties::Snapshot() {
   const std::lock_guard lock(mutex_);
   Loaded& loaded = Load();
+  if (loaded.own.empty()) {
+    return loaded.files;
+  }
   if (!loaded.snapshot) {
-    Properties properties = loaded.files;
+    Properties properties = *loaded.files;
     for (const auto& [key, value] : loaded.own) {
       properties.Set(key, value);
     }
@@ -78,13 +81,24 @@ ProcessProperties::Loaded& ProcessProperties::Load() {
   if (!loaded_) {
     PropertyFiles files = find_files_();
     files.application = application_file_;
-    // The client half has no log; what a file says wrongly is shown by the daemon and the tool, which read it
-    // too.
-    std::vector<PropertyProblem> problems;
-    loaded_.emplace(Loaded{Properties::Load(files, problems), {}, nullptr});
+    if (!of_texts_ || !texts_.AreStillOf(files)) {
+      ReadFiles(files);
+    }
+    loaded_.emplace(Loaded{of_texts_, {}, nullptr});
     has_been_loaded_ = true;
   }
   return *loaded_;
+}
+
+void ProcessProperties::ReadFiles(const PropertyFiles& files) {
+  PropertyTexts texts = PropertyTexts::Read(files);
+  if (!of_texts_ || texts != texts_) {
+    // The client half has no log; what a file says wrongly is shown by the daemon and the tool, which read it
+    // too.
+    std::vector<PropertyProblem> problems;
+    of_texts_ = std::make_shared<const Properties>(Properties::Load(texts, files.required, problems));
+  }
+  texts_ = std::move(texts);
 }
 
 const char* ProcessProperties::Keep(std::string_view text) {

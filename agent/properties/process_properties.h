@@ -17,7 +17,8 @@ namespace slp {
 
 /// Properties are loaded from defaults and files by the first handle that is opened, or by the first read or
 /// write before that, and dropped with the last handle, so that the next use reads files and environment
-/// again. Reading files is done under the store's lock: whoever comes meanwhile waits for it.
+/// again; a file that the system says is as it was isn't read. Reading files is done under the store's lock:
+/// whoever comes meanwhile waits for it.
 class ProcessProperties {
  public:
   /// `find_files` names the global file and the one of the environment; it is asked at every load.
@@ -52,13 +53,14 @@ class ProcessProperties {
 
  private:
   struct Loaded {
-    Properties files;
+    std::shared_ptr<const Properties> files;
     std::map<std::string, std::string, std::less<>> own;
     std::shared_ptr<const Properties> snapshot;  ///< null until it is asked for
   };
 
-  // Both with the lock held.
+  // All with the lock held.
   Loaded& Load();
+  void ReadFiles(const PropertyFiles& files);
   const char* Keep(std::string_view text);
 
   const std::function<PropertyFiles()> find_files_;
@@ -67,6 +69,11 @@ class ProcessProperties {
   bool has_been_loaded_ = false;
   std::size_t handles_ = 0;
   std::optional<Loaded> loaded_;
+
+  // What the files said when they were last read, and what was made of it: for a program that opens a handle
+  // for each search, and closes it.
+  PropertyTexts texts_;
+  std::shared_ptr<const Properties> of_texts_;
   std::set<std::string, std::less<>> kept_;
 };
 

@@ -1,8 +1,12 @@
 #include "properties/properties.h"
 
+#include <array>
+
 #include "properties/catalogue.h"
+#include "properties/file_text.h"
 #include "properties/platform_files.h"
 #include "properties/property_values.h"
+#include "text/fold.h"
 #include "text/string_list.h"
 
 namespace slp {
@@ -10,6 +14,12 @@ namespace {
 
 // Why a line cannot be used; empty when it can.
 std::string FindFault(const PropertyLine& line) {
+  if (line.key.empty()) {
+    return "neither a comment nor \"key = value\"";
+  }
+  if (!IsPropertyKey(line.key)) {
+    return "what stands before the = is no key: a blank is in it, or a character that is not printable ASCII";
+  }
   if (IsReadOnlyProperty(line.key)) {
     return line.key + " cannot be set";
   }
@@ -20,12 +30,23 @@ std::string FindFault(const PropertyLine& line) {
   return line.key + " must be " + DescribeAllowedValues(*property) + ", not \"" + line.value + "\"";
 }
 
+struct NamedFile {
+  const std::string& path;
+  std::string_view key;
+};
+
+std::array<NamedFile, 3> NamedFiles(const PropertyFiles& files) {
+  return {{{files.global, kGlobalFileKey},
+           {files.environment, kEnvironmentFileKey},
+           {files.application, kApplicationFileKey}}};
+}
+
 }  // namespace
 
 PropertyFiles PropertyFiles::Default() {
   PropertyFiles files;
   files.global = DefaultGlobalPropertyFile();
-  files.environment = EnvironmentVariable("OpenSLPConfig");
+  files.environment = Trim(EnvironmentVariable("OpenSLPConfig"));
   return files;
 }
 
@@ -39,32 +60,53 @@ Properties::Properties() {
   }
 }
 
-Properties Properties::Load(const PropertyFiles& files, std::vector<PropertyProblem>& problems) {
-  struct Source {
-    const std::string& path;
-    std::string_view key;
-  };
-  Properties properties;
-  for (const Source& source :
-       {Source{files.global, kGlobalFileKey}, Source{files.environment, kEnvironmentFileKey},
-        Source{files.application, kApplicationFileKey}}) {
-    if (source.path.empty()) {
+PropertyTexts PropertyTexts::Read(const PropertyFiles& files) {
+  PropertyTexts texts;
+  for (const auto& [path, key] : NamedFiles(files)) {
+    if (!path.empty()) {
+      const std::optional<FileStamp> stamp = StampOf(path);
+      texts.files.push_back({path, key, ReadFileText(path), stamp});
+    }
+  }
+  return texts;
+}
+
+bool PropertyTexts::AreStillOf(const PropertyFiles& named) const {
+  auto file = files.begin();
+  for (const auto& [path, key] : NamedFiles(named)) {
+    if (path.empty()) {
       continue;
     }
-    std::optional<std::vector<PropertyLine>> lines = ReadPropertyFile(source.path);
-    if (!lines) {
-      if (files.required) {
-        problems.push_back({source.path, 0, "cannot be opened"});
+    if (file == files.end() || file->path != path || file->key != key ||
+        !IsUnchanged(file->stamp, StampOf(path))) {
+      return false;
+    }
+    ++file;
+  }
+  return file == files.end();
+}
+
+Properties Properties::Load(const PropertyFiles& files, std::vector<PropertyProblem>& problems) {
+  return Load(PropertyTexts::Read(files), files.required, problems);
+}
+
+Properties Properties::Load(const PropertyTexts& texts, bool required,
+                            std::vector<PropertyProblem>& problems) {
+  Properties properties;
+  for (const PropertyTexts::File& file : texts.files) {
+    if (!file.text) {
+      if (required) {
+        problems.push_back({file.path, 0, "cannot be opened"});
       }
       continue;
     }
-    properties.Set(source.key, source.path);
-    for (PropertyLine& line : *lines) {
+    properties.Set(file.key, file.path);
+    for (PropertyLine& line : ParsePropertyLines(*file.text)) {
       std::string fault = FindFault(line);
       if (fault.empty()) {
         properties.Set(line.key, std::move(line.value));
       } else {
-        problems.push_back({source.path, line.number, std::move(fault)});
+        problems.push_back({file.path, line.number, std::move(fault)});
         properties.LeaveOut(std::move(line));
       }
     }
@@ -89,9 +131,19 @@ void Properties::Set(std::string_view key, std::string value) {
   }
 }
 
+// 1. Of a list of hosts the others are of use without the one that is none.
+// 2. The whole value is kept for who asks what the file says.
 void Properties::LeaveOut(PropertyLine line) {
   const PropertyInfo* const property = FindProperty(line.key);
-  if (property != nullptr && !property->read_only && property->kind != PropertyKind::kBool) {
+  if (line.key.empty() || IsReadOnlyProperty(line.key)) {
+    return;
+  }
+  if (property != nullptr && property->kind == PropertyKind::kHostList) {
+    if (std::string hosts = UsableHosts(line.value); !hosts.empty()) {
+      Set(line.key, std::move(hosts));
+    }
+  }
+  if (property == nullptr || property->kind != PropertyKind::kBool) {
     left_out_.insert_or_assign(std::move(line.key), std::move(line.value));
   }
 }

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "properties/file_stamp.h"
 #include "properties/property_file.h"
 
 namespace slp {
@@ -16,7 +17,7 @@ namespace slp {
 /// Where settings come from; each later file wins key by key. Unset or empty: no such file is looked for.
 struct PropertyFiles {
   std::string global;
-  std::string environment;  ///< what the variable OpenSLPConfig names
+  std::string environment;  ///< what the variable OpenSLPConfig names, without white space at its ends
   std::string application;
   bool required = false;  ///< a named file that cannot be opened is a problem
 
@@ -34,6 +35,30 @@ struct PropertyProblem {
   std::string ToString() const;
 };
 
+/// What the files hold that there are, each with the property that names it: all that properties are made of.
+/// Where nothing has changed, two readings are equal.
+struct PropertyTexts {
+  struct File {
+    std::string path;
+    std::string_view key;             ///< net.slp.OpenSLPConfigFile and so on
+    std::optional<std::string> text;  ///< none when it cannot be opened
+    std::optional<FileStamp> stamp;   ///< taken before the text was read
+
+    /// Whether both say the same, whenever they were read.
+    bool operator==(const File& other) const {
+      return path == other.path && key == other.key && text == other.text;
+    }
+  };
+
+  std::vector<File> files;  ///< each one wins over those before it
+  bool operator==(const PropertyTexts&) const = default;
+
+  static PropertyTexts Read(const PropertyFiles& files);
+
+  /// Whether reading these files would surely give the same again.
+  bool AreStillOf(const PropertyFiles& files) const;
+};
+
 class Properties {
  public:
   /// The built-in defaults alone.
@@ -41,9 +66,13 @@ class Properties {
 
   /// Defaults, then the files. A file that cannot be opened is no problem unless `files.required` says so;
   /// for one that could, net.slp.OpenSLPConfigFile, net.slp.EnvConfigFile or net.slp.AppConfigFile names it.
-  /// A line with a value that its property does not allow, or for a read-only property, is reported in
-  /// `problems` and otherwise as if it were not there. Keys that nobody knows are kept.
+  /// A line with a value that its property does not allow, one for a read-only property, and one that sets
+  /// nothing are reported in `problems` and otherwise as if they were not there; of a list of hosts those
+  /// that are some hold. Keys that nobody knows are kept.
   static Properties Load(const PropertyFiles& files, std::vector<PropertyProblem>& problems);
+
+  /// The same of files that have been read; `required` as in PropertyFiles.
+  static Properties Load(const PropertyTexts& texts, bool required, std::vector<PropertyProblem>& problems);
 
   /// None for a key that nobody knows.
   std::optional<std::string> Get(std::string_view key) const;

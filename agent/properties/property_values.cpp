@@ -2,16 +2,28 @@
 
 #include <algorithm>
 #include <charconv>
-#include <string>
 #include <system_error>
 
 #include "text/attributes.h"
 #include "text/characters.h"
+#include "text/fold.h"
+#include "text/host_name.h"
+#include "text/ip_address.h"
+#include "text/ipv4_address.h"
 #include "text/language.h"
 #include "text/string_list.h"
 
 namespace slp {
 namespace {
+
+bool IsHost(std::string_view text) {
+  return IsIpAddress(text) || IsHostName(text);
+}
+
+bool IsHostList(std::string_view text) {
+  const std::vector<std::string> hosts = SplitStringList(text);
+  return std::all_of(hosts.begin(), hosts.end(), IsHost);
+}
 
 bool IsScopeList(std::string_view text) {
   const std::vector<std::string> scopes = SplitStringList(text);
@@ -20,17 +32,8 @@ bool IsScopeList(std::string_view text) {
 
 }  // namespace
 
-std::string_view TrimBlanks(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\r\n";
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
-
 std::optional<bool> ToBool(std::string_view text) {
-  std::string word(TrimBlanks(text));
+  std::string word(Trim(text));
   std::transform(word.begin(), word.end(), word.begin(), ToLower);
   if (word == "true" || word == "yes" || word == "1") {
     return true;
@@ -42,7 +45,7 @@ std::optional<bool> ToBool(std::string_view text) {
 }
 
 std::optional<int> ToInt(std::string_view text, int least, int most) {
-  const std::string_view digits = TrimBlanks(text);
+  const std::string_view digits = Trim(text);
   int number = 0;
   const std::from_chars_result end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   const bool whole = end.ec == std::errc() && end.ptr == digits.data() + digits.size();
@@ -70,6 +73,16 @@ std::optional<std::vector<int>> ToIntList(std::string_view text, int least, int 
   return numbers;
 }
 
+bool IsPropertyKey(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < '\x7F'; });
+}
+
+std::string UsableHosts(std::string_view text) {
+  std::vector<std::string> hosts = SplitStringList(text);
+  std::erase_if(hosts, [](const std::string& host) { return !IsHost(host); });
+  return JoinStringList(hosts);
+}
+
 bool IsAllowed(const PropertyInfo& property, std::string_view value) {
   switch (property.kind) {
     case PropertyKind::kBool:
@@ -83,8 +96,12 @@ bool IsAllowed(const PropertyInfo& property, std::string_view value) {
     case PropertyKind::kText:
     case PropertyKind::kTextList:
       return true;
+    case PropertyKind::kIpv4Address:
+      return IsIpv4Address(value);
+    case PropertyKind::kHostList:
+      return IsHostList(value);
     case PropertyKind::kLanguage:
-      return IsValidLanguageTag(TrimBlanks(value));
+      return IsValidLanguageTag(Trim(value));
     case PropertyKind::kScopeList:
       return IsScopeList(value);
     case PropertyKind::kAttributeList:

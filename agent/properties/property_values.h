@@ -2,15 +2,13 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "properties/catalogue.h"
 
 namespace slp {
-
-/// The text without blanks, tabs and line ends around it.
-std::string_view TrimBlanks(std::string_view text);
 
 /// "true", "yes", "1" and "false", "no", "0", in either case (RFC 2614 section 2.1 and its users' habits).
 std::optional<bool> ToBool(std::string_view text);
@@ -21,6 +19,12 @@ std::optional<int> ToInt(std::string_view text, int least, int most);
 /// Comma-separated numbers from `least` to `most`, empty elements left out. A 0 ends the list; what stands
 /// behind is ignored. None when there is anything else, or no number at all.
 std::optional<std::vector<int>> ToIntList(std::string_view text, int least, int most);
+
+/// Whether a text may be a property's key: printable ASCII without blanks (RFC 2614 section 2.1).
+bool IsPropertyKey(std::string_view text);
+
+/// Those elements of a list that are addresses of either version or names of hosts.
+std::string UsableHosts(std::string_view text);
 
 /// Whether the property may have this value.
 bool IsAllowed(const PropertyInfo& property, std::string_view value);

@@ -61,6 +61,8 @@ AgentSettings AgentSettings::From(const Properties& properties) {
   settings.reply_rate = static_cast<std::size_t>(std::max(properties.GetInt("net.slp.replyRate"), 1));
   settings.registrations_per_host =
       static_cast<std::size_t>(std::max(properties.GetInt("net.slp.maxRegistrationsPerHost"), 1));
+  settings.bytes_per_host =
+      static_cast<std::size_t>(std::max(properties.GetInt("net.slp.maxBytesPerHost"), 1));
   settings.watch_registration_pid = properties.GetBool("net.slp.watchRegistrationPID");
   if (std::string attributes = properties.GetString("net.slp.SAAttributes");
       AttributeList::Parse(attributes)) {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "slpd/registration.h"
+#include "slpd/registry/registration.h"
 #include "slpd/request_origin.h"
 #include "wire/messages.h"
 
@@ -46,6 +46,13 @@ class EventSink {
   /// A registration asks to be bound to a process that is not to be seen from here; it lives by its lifetime
   /// alone.
   virtual void OnProcessNotWatched(std::uint32_t process_id, std::string_view url) = 0;
+
+  /// Another host's registration is refused: it has registered as much as one host may.
+  virtual void OnHostAtLimit(std::string_view host) = 0;
+
+  /// A request is refused while it is answered: it takes more comparisons than one may. It has looked at
+  /// `services` until then.
+  virtual void OnTooMuchToCompare(const RequestOrigin& origin, std::uint64_t services) = 0;
 };
 
 }  // namespace slp

@@ -24,6 +24,10 @@ struct RequestOrigin {
 
   /// Whether a UDP sender beyond the own networks may be sent more bytes than it has sent.
   bool trusted_network = false;
+
+  /// A sender by IPv6 that may stand on another link, where the addresses of this one mean nothing (RFC 3111
+  /// section 4.2.3).
+  bool beyond_link = false;
 };
 
 }  // namespace slp

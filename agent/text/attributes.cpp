@@ -1,9 +1,7 @@
 #include "text/attributes.h"
 
 #include <algorithm>
-#include <compare>
 #include <iterator>
-#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -119,11 +117,11 @@ Result<AttributeList> AttributeList::Parse(std::string_view text) {
 }
 
 std::optional<std::size_t> AttributeList::IndexOf(std::string_view tag) const {
+  const std::string wanted = Fold(tag);
   const auto found =
-      std::lower_bound(order_.begin(), order_.end(), tag, [this](std::size_t index, std::string_view wanted) {
-        return std::is_lt(CompareFolded(items_[index].tag, wanted));
-      });
-  return found != order_.end() && EqualFolded(items_[*found].tag, tag) ? std::optional(*found) : std::nullopt;
+      std::lower_bound(order_.begin(), order_.end(), wanted,
+                       [](const Place& place, const std::string& text) { return place.tag < text; });
+  return found != order_.end() && found->tag == wanted ? std::optional(found->index) : std::nullopt;
 }
 
 const Attribute* AttributeList::Find(std::string_view tag) const {
@@ -144,23 +142,18 @@ void AttributeList::Merge(const AttributeList& update) {
   Sort();
 }
 
-void AttributeList::RemoveMatching(const std::vector<std::string>& patterns) {
-  const TagPatterns matcher(patterns);
-  std::erase_if(items_, [&matcher](const Attribute& attribute) { return matcher.Matches(attribute.tag); });
+void AttributeList::RemoveMatching(const TagPatterns& patterns, Effort& effort) {
+  std::erase_if(items_, [&](const Attribute& attribute) { return patterns.Matches(attribute.tag, effort); });
   Sort();
 }
 
-AttributeList AttributeList::Select(const std::vector<std::string>& patterns) const {
-  return Select(TagPatterns(patterns));
-}
-
-AttributeList AttributeList::Select(const TagPatterns& patterns) const {
+AttributeList AttributeList::Select(const TagPatterns& patterns, Effort& effort) const {
   if (patterns.empty()) {
     return *this;
   }
   AttributeList selected;
   std::copy_if(items_.begin(), items_.end(), std::back_inserter(selected.items_),
-               [&patterns](const Attribute& attribute) { return patterns.Matches(attribute.tag); });
+               [&](const Attribute& attribute) { return patterns.Matches(attribute.tag, effort); });
   selected.Sort();
   return selected;
 }
@@ -185,17 +178,17 @@ std::string AttributeList::ToString() const {
 }
 
 void AttributeList::Sort() {
-  order_.resize(items_.size());
-  std::iota(order_.begin(), order_.end(), std::size_t{0});
-  std::sort(order_.begin(), order_.end(), [this](std::size_t a, std::size_t b) {
-    return std::is_lt(CompareFolded(items_[a].tag, items_[b].tag));
-  });
+  order_.clear();
+  order_.reserve(items_.size());
+  for (std::size_t i = 0; i < items_.size(); ++i) {
+    order_.push_back({Fold(items_[i].tag), i});
+  }
+  std::sort(order_.begin(), order_.end(), [](const Place& a, const Place& b) { return a.tag < b.tag; });
 }
 
 bool AttributeList::HasDuplicates() const {
-  return std::adjacent_find(order_.begin(), order_.end(), [this](std::size_t a, std::size_t b) {
-           return EqualFolded(items_[a].tag, items_[b].tag);
-         }) != order_.end();
+  return std::adjacent_find(order_.begin(), order_.end(),
+                            [](const Place& a, const Place& b) { return a.tag == b.tag; }) != order_.end();
 }
 
 Result<std::string> RawAttributeValue(std::string_view list, std::string_view tag) {

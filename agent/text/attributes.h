@@ -41,15 +41,13 @@ class AttributeList {
   /// Replaces or adds the attributes of `update` (an incremental registration, RFC 2608 section 9.3).
   void Merge(const AttributeList& update);
 
-  /// Removes the attributes whose tags match one of `patterns`; a '*' in a pattern stands for any text. A
-  /// pattern that IsValidTagPattern refuses matches nothing.
-  void RemoveMatching(const std::vector<std::string>& patterns);
+  /// Removes the attributes whose tags match one of `patterns`. When `effort` does not suffice, what is left
+  /// means nothing.
+  void RemoveMatching(const TagPatterns& patterns, Effort& effort);
 
-  /// Only the attributes whose tags match one of `patterns`; no patterns: all.
-  AttributeList Select(const std::vector<std::string>& patterns) const;
-
-  /// The same for patterns that many lists are asked with.
-  AttributeList Select(const TagPatterns& patterns) const;
+  /// Only the attributes whose tags match one of `patterns`; no patterns: all. When `effort` does not
+  /// suffice, what is returned means nothing.
+  AttributeList Select(const TagPatterns& patterns, Effort& effort) const;
 
   /// The list as text, each value as it was given.
   std::string ToString() const;
@@ -57,13 +55,21 @@ class AttributeList {
   bool operator==(const AttributeList&) const = default;
 
  private:
+  /// Where an attribute stands in items_. Its tag is in normal form: comparing tags as they were given would
+  /// pass over the same long run of white space again and again.
+  struct Place {
+    std::string tag;
+    std::size_t index;
+    bool operator==(const Place&) const = default;
+  };
+
   /// Brings order_ up to date with items_.
   void Sort();
   bool HasDuplicates() const;
   std::optional<std::size_t> IndexOf(std::string_view tag) const;
 
   std::vector<Attribute> items_;
-  std::vector<std::size_t> order_;  // indices into items_, ordered by tag
+  std::vector<Place> order_;
 };
 
 /// The raw value text of `tag` in `list`, for SLPParseAttrs: everything between '=' and ')', still escaped;

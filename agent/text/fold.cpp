@@ -21,6 +21,8 @@ class FoldedReader {
     return scanner_.AtEnd() ? std::nullopt : std::optional(' ');
   }
 
+  std::size_t position() const { return scanner_.position(); }
+
  private:
   Scanner scanner_;
 };
@@ -42,16 +44,20 @@ bool EqualFolded(std::string_view a, std::string_view b) {
 }
 
 std::strong_ordering CompareFolded(std::string_view a, std::string_view b) {
+  return MeasureFolded(a, b).order;
+}
+
+MeasuredOrder MeasureFolded(std::string_view a, std::string_view b) {
   FoldedReader left(a);
   FoldedReader right(b);
   while (true) {
     const auto x = left.Next();
     const auto y = right.Next();
     if (!x || !y) {
-      return x.has_value() <=> y.has_value();
+      return {x.has_value() <=> y.has_value(), left.position()};
     }
     if (*x != *y) {
-      return static_cast<unsigned char>(*x) <=> static_cast<unsigned char>(*y);
+      return {static_cast<unsigned char>(*x) <=> static_cast<unsigned char>(*y), left.position()};
     }
   }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,13 @@ bool EqualFolded(std::string_view a, std::string_view b);
 
 /// The order of the normal forms, byte by byte; bytes count as unsigned. Allocates nothing.
 std::strong_ordering CompareFolded(std::string_view a, std::string_view b);
+
+/// The same order, and how many bytes of `a` it took to tell: all of them, or up to the first difference.
+struct MeasuredOrder {
+  std::strong_ordering order;
+  std::size_t bytes;
+};
+MeasuredOrder MeasureFolded(std::string_view a, std::string_view b);
 
 /// As Fold, but white space at the ends is folded to one blank instead of removed: for the middle of a longer
 /// text.

@@ -23,10 +23,11 @@ bool IsIpv4Address(std::string_view text) {
     }
     int value = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (read.ec != std::errc() || value > kLargestPart) {
+    const auto digits = static_cast<std::size_t>(read.ptr - text.data());
+    if (read.ec != std::errc() || value > kLargestPart || (text.front() == '0' && digits > 1)) {
       return false;
     }
-    text.remove_prefix(static_cast<std::size_t>(read.ptr - text.data()));
+    text.remove_prefix(digits);
   }
   return text.empty();
 }

@@ -5,7 +5,8 @@
 
 namespace slp {
 
-/// Four decimal numbers from 0 to 255 with dots between them, and nothing else.
+/// Four decimal numbers from 0 to 255 with dots between them, and nothing else. Not with leading zeros, which
+/// some read as octal, and which neither Asio nor the system's inet_pton takes.
 bool IsIpv4Address(std::string_view text);
 
 }  // namespace slp

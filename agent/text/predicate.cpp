@@ -1,6 +1,7 @@
 #include "text/predicate.h"
 
 #include <algorithm>
+#include <bit>
 #include <compare>
 #include <utility>
 
@@ -13,39 +14,65 @@ namespace {
 
 using Kind = PredicateNode::Kind;
 
+/// What it costs to find the attribute of a tag: about so many tags are looked at, and most of them differ in
+/// their first bytes.
+std::size_t LookupCost(const AttributeList& attributes, std::string_view tag) {
+  return static_cast<std::size_t>(std::bit_width(attributes.items().size())) * (3 + tag.size() / 4);
+}
+
+/// The order of two strings; pays for what it looks at.
+std::strong_ordering CompareStrings(const std::string& value, const PredicateNode& node, Effort& effort) {
+  const MeasuredOrder measured = MeasureFolded(value, node.pieces.front());
+  effort.Spend(measured.bytes);
+  return measured.order;
+}
+
 /// The order of two values of the same type. Booleans "may only be compared with '='" (RFC 2608 section 5);
 /// opaque values are "sequences of bytes", which is what their order follows.
-bool IsOrdered(const PredicateNode& node, const AttributeValue& value) {
+bool IsOrdered(const PredicateNode& node, const AttributeValue& value, Effort& effort) {
   const auto holds = [&node](std::strong_ordering order) {
     return node.kind == Kind::kLessOrEqual ? std::is_lteq(order) : std::is_gteq(order);
   };
   if (const auto* text = std::get_if<std::string>(&value.content)) {
-    return holds(CompareFolded(*text, node.pieces.front()));
+    return holds(CompareStrings(*text, node, effort));
   }
   if (const auto* integer = std::get_if<std::int32_t>(&value.content)) {
     return holds(*integer <=> std::get<std::int32_t>(node.value.content));
   }
   if (const auto* opaque = std::get_if<Opaque>(&value.content)) {
-    return holds(*opaque <=> std::get<Opaque>(node.value.content));
+    const Opaque& operand = std::get<Opaque>(node.value.content);
+    effort.Spend(std::min(opaque->size(), operand.size()));
+    return holds(*opaque <=> operand);
   }
   return false;
 }
 
+bool IsEqual(const PredicateNode& node, const AttributeValue& value, Effort& effort) {
+  if (const auto* text = std::get_if<std::string>(&value.content)) {
+    return std::is_eq(CompareStrings(*text, node, effort));
+  }
+  if (const auto* opaque = std::get_if<Opaque>(&value.content)) {
+    const Opaque& operand = std::get<Opaque>(node.value.content);
+    return opaque->size() == operand.size() && effort.Spend(operand.size()) && *opaque == operand;
+  }
+  return value.content == node.value.content;
+}
+
 /// Whether one value satisfies a comparison. An approximate match, which RFC 2608 does not define, is an
 /// equality.
-bool Satisfies(const PredicateNode& node, const AttributeValue& value) {
+bool Satisfies(const PredicateNode& node, const AttributeValue& value, Effort& effort) {
   const auto* text = std::get_if<std::string>(&value.content);
   if (node.pieces.size() > 1) {
     // "Request terms which include wildcards are interpreted to be Strings" (RFC 2608 section 8.1).
-    return text != nullptr && MatchesPieces(node.pieces, Fold(*text));
+    return text != nullptr && effort.Spend(text->size()) && MatchesPieces(node.pieces, Fold(*text));
   }
   if (node.value.content.index() != value.content.index()) {
     return false;
   }
   if (node.kind == Kind::kLessOrEqual || node.kind == Kind::kGreaterOrEqual) {
-    return IsOrdered(node, value);
+    return IsOrdered(node, value, effort);
   }
-  return text != nullptr ? EqualFolded(*text, node.pieces.front()) : value.content == node.value.content;
+  return IsEqual(node, value, effort);
 }
 
 /// Whether `node`, or its negation, holds.
@@ -55,11 +82,13 @@ bool Satisfies(const PredicateNode& node, const AttributeValue& value) {
 /// asks for a value that does not satisfy. Where an attribute is absent or a keyword, no comparison is
 /// satisfied and its negation holds: SLP knows all of a service's attributes, so nothing is undefined as in
 /// LDAP. The same goes for values of another type.
-bool Holds(const PredicateNode& node, const AttributeList& attributes, bool negated) {
-  const auto child_holds = [&](const PredicateNode& child) { return Holds(child, attributes, negated); };
+bool Holds(const PredicateNode& node, const AttributeList& attributes, bool negated, Effort& effort) {
+  const auto child_holds = [&](const PredicateNode& child) {
+    return effort.Spend(1) && Holds(child, attributes, negated, effort);
+  };
   switch (node.kind) {
     case Kind::kNot:
-      return Holds(node.children.front(), attributes, !negated);
+      return effort.Spend(1) && Holds(node.children.front(), attributes, !negated, effort);
     case Kind::kAnd:
     case Kind::kOr:
       return (node.kind == Kind::kAnd) != negated
@@ -68,6 +97,9 @@ bool Holds(const PredicateNode& node, const AttributeList& attributes, bool nega
     default:
       break;
   }
+  if (!effort.Spend(LookupCost(attributes, node.tag))) {
+    return false;
+  }
   const Attribute* attribute = attributes.Find(node.tag);
   if (node.kind == Kind::kPresent) {
     return (attribute != nullptr) != negated;
@@ -75,8 +107,9 @@ bool Holds(const PredicateNode& node, const AttributeList& attributes, bool nega
   if (attribute == nullptr || attribute->IsKeyword()) {
     return negated;
   }
-  return std::any_of(attribute->values.begin(), attribute->values.end(),
-                     [&](const AttributeValue& value) { return Satisfies(node, value) != negated; });
+  return std::any_of(attribute->values.begin(), attribute->values.end(), [&](const AttributeValue& value) {
+    return effort.Spend(Effort::kComparison) && Satisfies(node, value, effort) != negated;
+  });
 }
 
 }  // namespace
@@ -94,8 +127,8 @@ Result<Predicate> Predicate::Parse(std::string_view text) {
   return predicate;
 }
 
-bool Predicate::Matches(const AttributeList& attributes) const {
-  return root_ == nullptr || Holds(*root_, attributes, false);
+bool Predicate::Matches(const AttributeList& attributes, Effort& effort) const {
+  return root_ == nullptr || Holds(*root_, attributes, false, effort);
 }
 
 }  // namespace slp

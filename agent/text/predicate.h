@@ -13,6 +13,7 @@
 
 #include "base/error.h"
 #include "text/attributes.h"
+#include "text/effort.h"
 
 namespace slp {
 
@@ -36,14 +37,16 @@ class Predicate {
   /// Deepest nesting of operators that is taken; a deeper one is a kParseError.
   static constexpr int kMaximumDepth = 256;
 
-  /// Most comparisons that are taken; more are a kParseError. Each of them is made with every service that a
-  /// search looks at, so that one datagram must not bring thousands.
+  /// Most comparisons that are taken; more are a kParseError. Each of them may be made with every service
+  /// that a search looks at, so that one datagram must not bring thousands.
   static constexpr int kMaximumComparisons = 1024;
 
   /// Takes time and memory linear in the text.
   static Result<Predicate> Parse(std::string_view text);
 
-  bool Matches(const AttributeList& attributes) const;
+  /// Takes what the comparisons cost from `effort`; those that the others make needless cost nothing. When it
+  /// does not suffice, what is returned means nothing.
+  bool Matches(const AttributeList& attributes, Effort& effort) const;
 
   /// The tree, for an index that wants to narrow a search; null when everything matches.
   const PredicateNode* root() const { return root_.get(); }

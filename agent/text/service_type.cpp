@@ -73,4 +73,13 @@ bool TypeMatches(const ServiceType& requested, const ServiceType& registered) {
          (registered.has_concrete && EqualFolded(requested.concrete_type, registered.concrete_type));
 }
 
+std::uint16_t TypeGroupNumber(std::string_view type) {
+  constexpr std::uint32_t kFactor = 33;
+  std::uint32_t hash = 0;
+  for (const char c : Fold(type)) {
+    hash = hash * kFactor + static_cast<unsigned char>(c);
+  }
+  return static_cast<std::uint16_t>(hash % kTypeGroups);
+}
+
 }  // namespace slp

@@ -2,6 +2,7 @@
 // Values; any thread.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -34,5 +35,12 @@ Result<ServiceType> ParseServiceType(std::string_view text);
 /// Whether a service of type `registered` answers a request for `requested` (RFC 2608 section 8.1): equal as
 /// SLP compares strings, or `requested` is an abstract type and `registered` one of its concrete types.
 bool TypeMatches(const ServiceType& requested, const ServiceType& registered);
+
+/// How many groups of IPv6 there are for requests by type.
+inline constexpr std::uint16_t kTypeGroups = 1024;
+
+/// The number below kTypeGroups of the group that requests for this type go to (RFC 3111 section 4.1). Types
+/// that SLP takes for equal have the same one.
+std::uint16_t TypeGroupNumber(std::string_view type);
 
 }  // namespace slp

@@ -4,10 +4,14 @@
 #include <unordered_set>
 
 #include "text/fold.h"
+#include "text/keyed_hash.h"
 #include "text/scanner.h"
 
 namespace slp {
 namespace {
+
+/// Lists up to so long are walked.
+constexpr std::size_t kWalked = 8;
 
 /// Answers whether a list holds an element. Short lists, the rule, are walked; a long one is hashed, so that
 /// a peer who sends two lists of thousands of elements does not cost their product.
@@ -26,10 +30,8 @@ class Membership {
   }
 
  private:
-  static constexpr std::size_t kWalked = 8;
-
   const std::vector<std::string>& list_;
-  std::unordered_set<std::string> folded_;
+  std::unordered_set<std::string, TextHash> folded_;
 };
 
 }  // namespace
@@ -76,7 +78,15 @@ bool ListContainsAll(const std::vector<std::string>& outer, const std::vector<st
 }
 
 std::vector<std::string> ListUnion(std::vector<std::string> base, const std::vector<std::string>& more) {
-  std::unordered_set<std::string> known;
+  if (base.size() + more.size() <= kWalked) {
+    for (const std::string& element : more) {
+      if (!ListContains(base, element)) {
+        base.push_back(element);
+      }
+    }
+    return base;
+  }
+  std::unordered_set<std::string, TextHash> known;
   for (const std::string& element : base) {
     known.insert(Fold(element));
   }

@@ -39,11 +39,11 @@ TagPatterns::TagPatterns(const std::vector<std::string>& patterns) : is_empty_(p
   }
 }
 
-bool TagPatterns::Matches(std::string_view tag) const {
+bool TagPatterns::Matches(std::string_view tag, Effort& effort) const {
   const std::string folded = Fold(tag);
   return plain_.count(folded) != 0 ||
-         std::any_of(wildcards_.begin(), wildcards_.end(), [&folded](const std::vector<std::string>& pieces) {
-           return MatchesPieces(pieces, folded);
+         std::any_of(wildcards_.begin(), wildcards_.end(), [&](const std::vector<std::string>& pieces) {
+           return effort.Spend(Effort::kComparison + folded.size()) && MatchesPieces(pieces, folded);
          });
 }
 

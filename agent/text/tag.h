@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "base/error.h"
+#include "text/effort.h"
+#include "text/keyed_hash.h"
 
 namespace slp {
 
@@ -27,12 +29,13 @@ class TagPatterns {
   /// Whether it was made from an empty list, which asks for everything.
   bool empty() const { return is_empty_; }
 
-  /// An empty list matches nothing here.
-  bool Matches(std::string_view tag) const;
+  /// An empty list matches nothing here. Takes what the comparisons with wildcards cost from `effort`; when
+  /// that does not suffice, what is returned means nothing.
+  bool Matches(std::string_view tag, Effort& effort) const;
 
  private:
   bool is_empty_;
-  std::unordered_set<std::string> plain_;            // in normal form
+  std::unordered_set<std::string, TextHash> plain_;  // in normal form
   std::vector<std::vector<std::string>> wildcards_;  // cut at the stars
 };
 

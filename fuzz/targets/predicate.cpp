@@ -2,11 +2,12 @@
 // must find exactly what a comparison with each service finds.
 #include "text/predicate.h"
 
+#include <limits>
 #include <string>
 
 #include "fuzz/fuzz_target.h"
 #include "fuzz/no_events.h"
-#include "slpd/registry.h"
+#include "slpd/registry/registry.h"
 
 namespace slp::fuzz {
 namespace {
@@ -18,6 +19,7 @@ constexpr std::string_view kAttributes[] = {"", "(a=1)", "(a=1,2),(b=x y),c", "(
 void CheckSearch(const Predicate& predicate, const AttributeList& own, std::string_view own_text) {
   NoEvents events;
   Registry registry(events);
+  Effort effort(std::numeric_limits<std::size_t>::max());
   std::size_t expected = 0;
   const auto add = [&](std::string_view attributes, const AttributeList& list) {
     Registration registration;
@@ -27,7 +29,7 @@ void CheckSearch(const Predicate& predicate, const AttributeList& own, std::stri
     registration.attributes = attributes;
     registration.lifetime = 60;
     const bool stored = registry.Register(registration, Instant(0)) == Error::kOk;
-    expected += stored && predicate.Matches(list) ? 1 : 0;
+    expected += stored && predicate.Matches(list, effort) ? 1 : 0;
   };
   for (const std::string_view attributes : kAttributes) {
     add(attributes, *AttributeList::Parse(attributes));
@@ -37,7 +39,7 @@ void CheckSearch(const Predicate& predicate, const AttributeList& own, std::stri
   std::size_t found = 0;
   const Error error =
       registry.FindServices({*ParseServiceType("service:x"), {"DEFAULT"}, "en", predicate}, Instant(0),
-                            [&found](std::string_view, std::uint16_t) { return ++found != 0; });
+                            effort, [&found](std::string_view, std::uint16_t) { return ++found != 0; });
   Require(error == Error::kOk && found == expected, "the indexes find what comparing finds");
 }
 

@@ -7,6 +7,7 @@
 #include "properties/catalogue.h"
 #include "properties/property_values.h"
 #include "slpd/agent_settings.h"
+#include "text/fold.h"
 
 namespace slp::fuzz {
 namespace {
@@ -33,9 +34,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const slp::PropertyLine& line : slp::ParsePropertyLines(slp::fuzz::TextOf(data, size))) {
     Require(line.number > last_line, "line numbers grow");
     last_line = line.number;
-    Require(!line.key.empty() && slp::TrimBlanks(line.key) == line.key,
-            "a key is there, without blanks around it");
-    Require(!line.value.empty() && slp::TrimBlanks(line.value) == line.value, "so is a value");
+    if (line.key.empty()) {
+      Require(line.value.empty(), "what sets nothing has no value");
+      continue;
+    }
+    Require(slp::Trim(line.key) == line.key, "a key is without blanks around it");
+    Require(!line.value.empty() && slp::Trim(line.value) == line.value, "so is a value");
     const slp::PropertyInfo* const known = slp::FindProperty(line.key);
     if (known != nullptr) {
       static_cast<void>(slp::IsAllowed(*known, line.value));

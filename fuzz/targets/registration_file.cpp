@@ -1,8 +1,8 @@
 // The file of serialized registrations (RFC 2614 section 2.3): each entry that can be read can be registered.
-#include "slpd/registration_file.h"
+#include "slpd/registry/registration_file.h"
 
 #include "fuzz/fuzz_target.h"
-#include "slpd/registration_check.h"
+#include "slpd/registry/registration_check.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using slp::fuzz::Require;

@@ -2,11 +2,14 @@
 // and after them a look at the whole registry. An input is a row of steps: a byte that chooses the origin
 // and, by its highest bit, the role of a directory agent, one with the seconds that pass before, two with the
 // message's length, and the message.
-#include "slpd/request_handler.h"
+#include "slpd/requests/request_handler.h"
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fuzz/fuzz_target.h"
@@ -80,29 +83,41 @@ std::vector<Registration> Stored(const Registry& registry) {
   return stored;
 }
 
+std::set<std::string> UrlsOfType(const Registry& registry, const std::string& text, Instant now) {
+  const auto type = ParseServiceType(text);
+  Require(type.ok(), "a stored type can be read");
+  std::set<std::string> urls;
+  Effort effort(0);
+  static_cast<void>(registry.FindServices({*type, {"DEFAULT", "TAMRO"}, "en", {}}, now, effort,
+                                          [&urls](std::string_view url, std::uint16_t) {
+                                            urls.emplace(url);
+                                            return true;
+                                          }));
+  return urls;
+}
+
 /// Whatever is stored can be read, found and taken back, and nothing is left behind then.
 void CheckRegistry(Registry& registry, Instant now) {
   const std::vector<Registration> stored = Stored(registry);
   Require(stored.size() == registry.size(), "the size is the number of registrations");
+  std::map<std::string, std::set<std::string>> by_type;
   for (const Registration& registration : stored) {
     Require(AttributeList::Parse(registration.attributes).ok(), "stored attributes can be read");
     const auto found = registry.Find(registration.url, registration.language);
     Require(found && found->url == registration.url, "what is stored is found by its URL");
-    const auto type = ParseServiceType(registration.service_type);
-    Require(type.ok(), "a stored type can be read");
-    bool listed = false;
-    static_cast<void>(registry.FindServices({*type, {"DEFAULT", "TAMRO"}, "en", {}}, now,
-                                            [&](std::string_view url, std::uint16_t) {
-                                              listed = listed || url == registration.url;
-                                              return !listed;
-                                            }));
-    Require(listed, "what is stored is found by its type");
+    const auto [urls, added] = by_type.try_emplace(registration.service_type);
+    if (added) {
+      urls->second = UrlsOfType(registry, registration.service_type, now);
+    }
+    Require(urls->second.count(registration.url) > 0, "what is stored is found by its type");
   }
   for (const Registration& registration : stored) {
-    const Error error = registry.Deregister(registration.url, {"DEFAULT", "TAMRO"}, {});
+    Effort effort(0);
+    const Error error = registry.Deregister(registration.url, {"DEFAULT", "TAMRO"}, {}, effort);
     Require(error == Error::kOk || error == Error::kInvalidRegistration, "what is stored can be taken back");
   }
-  Require(registry.size() == 0 && !registry.NextExpiry() && registry.WatchedProcesses().empty(),
+  Require(registry.size() == 0 && registry.bytes() == 0 && !registry.NextExpiry() &&
+              registry.WatchedProcesses().empty(),
           "nothing is left behind");
 }
 
@@ -129,7 +144,7 @@ void CheckSession(std::span<const std::uint8_t> input) {
     const std::optional<Bytes> reply = handler.Handle(request, origin, now);
     const bool may_register = origin.own_host || (directory_agent && origin.own_network);
     Require(may_register || registry.size() == before, "only who may changes what is registered");
-    Require(registry.CountOf(origin.address) <= 2, "another host registers no more than it may");
+    Require(registry.UseOf(origin.address).registrations <= 2, "another host registers no more than it may");
     if (reply) {
       CheckReply(*reply, request, origin);
     }

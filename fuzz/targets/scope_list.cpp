@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "fuzz/fuzz_target.h"
-#include "slpd/request_lists.h"
+#include "slpd/requests/request_lists.h"
 #include "text/string_list.h"
 
 namespace slp::fuzz {

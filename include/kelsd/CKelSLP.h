@@ -14,10 +14,12 @@ class KELSD_EXPORT CKelSLP {
  public:
   virtual ~CKelSLP();
 
-  /// Makes searches, registrations and configuration calls possible; they fail with ERR_NOT_INITIALIZED
-  /// before. Reads the SLP properties and applies the client configuration set last. Does nothing,
-  /// successfully, when already done. Waits for running searches.
+  /// Makes searches, registrations and the reading of configurations possible; they fail with
+  /// ERR_NOT_INITIALIZED before. (Setting a configuration initialises by itself.) Reads the SLP properties
+  /// and applies the client configuration set last. Does nothing, successfully, when already done. Waits for
+  /// running searches.
   static SResult Initialize();
+  /// Waits for an initialisation or a registration that another thread is at.
   static bool IsInitialized();
 
   /// Splits a service URL (RFC 2608 section 4.1) such as "service:zdrest.tamro:http://10.0.0.5:8080/api" into

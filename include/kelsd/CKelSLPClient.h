@@ -22,14 +22,18 @@ class KELSD_EXPORT CKelSLPClient : public CKelSLP {
   ~CKelSLPClient() override;
 
   /// Finds the services of the SLP service type `serviceType`, "service:zdrest.tamro:http" for example, and
-  /// returns them sorted by URL, each URL once. That nobody answers is a success without results.
+  /// returns them sorted by URL, each URL once. That nobody answers a multicast is a success without results;
+  /// an agent at `address` that doesn't answer is ERR_NETWORK_TIMED_OUT.
   ///
   /// `scopes`: where to search; empty for the configured scopes. `searchFilter`: an LDAPv3 filter over
-  /// attributes (RFC 2254); empty for none. `address`: when not empty, only the agent at this address is
-  /// asked, by unicast, else the directory agents or all agents by multicast.
+  /// attributes (RFC 2254); empty for none. `address`: when not empty, only the agent at this IP address (a
+  /// host name is ERR_INVALID_PARAMETER) is asked, by unicast, else the directory agents or all agents by
+  /// multicast.
   ///
-  /// Blocks until the search ends, at the longest for the maximum waits of the client configuration; an
-  /// initialisation on another thread waits for it.
+  /// Blocks until the search ends: for the maximum waits of the client configuration, and for up to the
+  /// unicast maximum wait more for each directory agent that has fallen silent, which is then left alone for
+  /// a minute. Before that it waits for an initialisation, a registration or a renewal that another thread is
+  /// at, be it that this starts the daemon; these wait for it, too.
   static SResult FindServices(std::vector<SKelServiceSearchResult>& results, const std::string& serviceType,
                               const std::vector<std::string>& scopes, const std::string& searchFilter,
                               const std::string& address);
@@ -57,8 +61,9 @@ class KELSD_EXPORT CKelSLPClient : public CKelSLP {
   /// succeeds all the same.
   static SResult GetSLPClientConfig(CKelSLPClientConfig& config, std::vector<SResult>& errors);
   /// Uses `config` for searches from now on, in this process only, and initialises again to apply it; nothing
-  /// is done when it equals the configuration set last. Waits for running searches. When it fails the library
-  /// is no longer initialised, and the next successful CKelSLP::Initialize applies `config`.
+  /// is done when it equals the configuration set last (at first the defaults), also when that failed. Waits
+  /// for running searches. When it fails the library is no longer initialised, and the next successful
+  /// CKelSLP::Initialize applies `config`.
   static SResult SetSLPClientConfig(const CKelSLPClientConfig& config);
 };
 

@@ -63,15 +63,15 @@ class KELSD_EXPORT CKelSLPClientConfig : public CKelSLPConfig {
   /// The common requirements; a client has none of its own.
   std::map<EProperty, std::string> Validate() const override;
 
-  /// Most results of a search; -1 for no limit.
+  /// Most results of a search; -1 (and 0) for no limit.
   int GetMaxResults() const;
   /// Longest duration of directory agent discovery, at least 501 and more than its first timeout.
   int GetDADiscoveryMaximumWait() const;
-  /// Retransmission timeouts of directory agent discovery, each at least 100.
+  /// Retransmission timeouts of directory agent discovery.
   std::vector<int> GetDADiscoveryTimeouts() const;
   /// Longest duration of a multicast request, at least 501 and more than its first timeout.
   int GetMulticastMaximumWait() const;
-  /// Retransmission timeouts of a multicast request, each at least 100.
+  /// Retransmission timeouts of a multicast request.
   std::vector<int> GetMulticastTimeouts() const;
   /// Duration of a whole search: what `SetTimeout` was given, or the sum of the two waits once one was set by
   /// itself (the largest integer at most).
@@ -90,7 +90,8 @@ class KELSD_EXPORT CKelSLPClientConfig : public CKelSLPConfig {
   [[nodiscard]] SResult SetMulticastMaximumWaitAndTimeouts(const int& maximum_wait,
                                                            const std::vector<int>& timeouts);
   /// Divides `timeout` among directory agent discovery, multicast and unicast in the proportions of the
-  /// defaults, and gives each as many retransmissions as fit. The smallest timeout accepted is 1252.
+  /// defaults. Each keeps the default timeouts of its kind and gets those of the SLP standard that fit behind
+  /// them. The smallest timeout accepted is 1252; one that the record has already changes nothing.
   [[nodiscard]] SResult SetTimeout(const int& timeout);
 
   // The checks that the setters make; a failure is ERR_INVALID_PARAMETER.

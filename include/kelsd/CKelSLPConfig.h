@@ -140,13 +140,13 @@ class KELSD_EXPORT CKelSLPConfig {
   int GetMulticastTTL() const;
   /// Longest duration of a whole unicast request, at least 501 and more than its first timeout.
   int GetUnicastMaximumWait() const;
-  /// Retransmission timeouts of a unicast request, each at least 100.
+  /// Retransmission timeouts of a unicast request.
   std::vector<int> GetUnicastTimeouts() const;
-  /// Largest datagram in bytes, at least 576.
+  /// Largest datagram in bytes, at least 576; the agent takes values beyond 65507 for the default.
   int GetMTU() const;
   /// Address that is used instead of multicast when broadcasting.
   std::string GetBroadcastAddr() const;
-  /// Whether SLP settings are taken from DHCP.
+  /// Whether SLP settings are taken from DHCP; without effect in the agent of this project.
   bool GetUseDHCP() const;
   /// Network interfaces to use; empty for all.
   std::vector<std::string> GetInterfaces() const;
@@ -154,9 +154,9 @@ class KELSD_EXPORT CKelSLPConfig {
   bool GetActiveDADetection() const;
   /// The SLP port.
   int GetPPort() const;
-  /// Whether SLP authentication is on.
+  /// Whether SLP authentication is on; without effect in the agent of this project.
   bool GetSecurityEnabled() const;
-  /// Whether SLP runs over IPv4.
+  /// Whether SLP runs over IPv4; without effect in the agent of this project.
   bool GetUseIPv4() const;
   /// Whether SLP runs over IPv6.
   bool GetUseIPv6() const;

@@ -14,13 +14,15 @@
 
 namespace kelsd {
 
-/// Static functions over the state that this process has once. Any thread may call them; none throws. They
-/// take turns: one that starts or stops the daemon keeps the others waiting until the daemon has answered or
-/// run out of time. Outputs are written only on success.
+/// Static functions over the state that this process has once. Any thread may call them; none throws. All but
+/// GetSLPServiceConfig and SetReRegistrationFailedCallback take turns: one that starts or stops the daemon
+/// keeps the others waiting until the daemon has answered or run out of time. Outputs are written only on
+/// success.
 ///
-/// The daemon's settings live in the file that the environment variable "OpenSLPConfig" names. Registrations
-/// and the reading of settings create that file, with its folders, when it is missing, and fail with
-/// ERR_ENV_NOT_SET when there is no such variable.
+/// The daemon's settings live in the file that the environment variable "OpenSLPConfig" names. Registrations,
+/// deregistrations and both settings calls create that file, with its folders, when it is missing
+/// (ERR_CONF_DIR_CREATE, ERR_CONF_CREATE when they can't), and fail with ERR_ENV_NOT_SET when there is no
+/// such variable; all but SetSLPServiceConfig fail with ERR_RESTART_REQUIRED when SLP does not use that file.
 class KELSD_EXPORT CKelSLPService : public CKelSLP {
  public:
   ~CKelSLPService() override;
@@ -44,7 +46,9 @@ class KELSD_EXPORT CKelSLPService : public CKelSLP {
   /// The same for service URL, lifetime, attributes and scopes of `type`.
   static SResult RegisterService(const IKelServiceType& type);
 
-  /// Withdraws the service `url`. It is no longer renewed, also when the daemon cannot be told.
+  /// Withdraws the service `url`, for which the daemon is started when it doesn't run. It is no longer
+  /// renewed, also when the daemon cannot be told; only a `url` that is none, and a failure that concerns the
+  /// configuration file, leave all as it is.
   static SResult DeregisterService(const std::string& url);
   /// The same for the service URL of `type`.
   static SResult DeregisterService(const IKelServiceType& type);
@@ -69,8 +73,10 @@ class KELSD_EXPORT CKelSLPService : public CKelSLP {
   /// Starts the daemon and registers this process's services with it. ERR_SLPD_ALREADY_RUNNING when it runs
   /// or is starting.
   static SResult StartSLPD();
-  /// Stops the daemon; a success when it doesn't run.
+  /// Stops the daemon; a success when it doesn't run. A process that still has services registered, this one
+  /// or another, starts it again with its next check: they are to be deregistered first.
   static SResult StopSLPD();
+  /// Stops and starts the daemon; one that doesn't run is started.
   static SResult RestartSLPD();
   /// False also while the daemon is starting or stopping.
   static SResult IsSLPDRunning(bool& running);
@@ -82,9 +88,10 @@ class KELSD_EXPORT CKelSLPService : public CKelSLP {
   /// the call succeeds all the same. Fails with ERR_NOT_INITIALIZED before CKelSLP::Initialize.
   static SResult GetSLPServiceConfig(CKelSLPServiceConfig& config, std::vector<SResult>& errors);
   /// Writes the editable settings into the configuration file, where everything else stays as it is (a file
-  /// that doesn't exist is created), initialises again, and restarts the daemon when a setting has
-  /// effectively changed. Waits for running searches, and two to three seconds for another program that is
-  /// writing the file. ERR_CONF_WRITE when the file could not be written.
+  /// that doesn't exist is created), initialises again, and restarts the daemon, which starts one that
+  /// doesn't run, when a setting has effectively changed. Waits for running searches, and two to three
+  /// seconds for another program that is writing the file. ERR_CONF_OPEN when that one takes longer or the
+  /// file may not be opened, ERR_CONF_WRITE when it could not be written.
   static SResult SetSLPServiceConfig(const CKelSLPServiceConfig& config);
 };
 

@@ -13,8 +13,9 @@
 namespace kelsd {
 
 /// The common settings and those of the daemon: its role as directory agent, scopes, known directory agents,
-/// indexing and logging. Settings without a setter are requirements on the daemon that only `Validate` looks
-/// at.
+/// indexing and logging. Settings without a setter are requirements on the daemon. `Validate` lists those
+/// that deviate, and with them tracing, appending to the log and processes that are not watched; a record of
+/// defaults deviates in the log and in the OpenSLP version, which it doesn't have.
 class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
  public:
   // Defaults, which are those of the SLP standard too, and limits.
@@ -80,9 +81,10 @@ class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
   std::vector<std::string> GetDAAddresses() const;
   /// Whether services of processes that have ended are dropped.
   bool GetWatchRegistrationPID() const;
-  /// Whether registrations are indexed by service type.
+  /// Whether registrations are indexed by service type; without effect in the agent of this project.
   bool GetIndexSrvtype() const;
-  /// Attributes by which registrations are indexed, in lower case.
+  /// Attributes by which registrations are indexed, in lower case; without effect in the agent of this
+  /// project.
   std::vector<std::string> GetIndexedAttributes() const;
   /// Whether traffic with directory agents is logged.
   bool GetTraceDATraffic() const;
@@ -100,7 +102,7 @@ class KELSD_EXPORT CKelSLPServiceConfig : public CKelSLPConfig {
   bool GetPassiveDADetection() const;
   /// Seconds between two active searches for directory agents; 0 for none.
   int GetDAActiveDiscoveryInterval() const;
-  /// Whether services are taken from their own host only.
+  /// Whether a directory agent takes services from their own host only; a service agent always does.
   bool GetCheckSourceAddr() const;
 
   void SetIsDA(const bool& is_da);

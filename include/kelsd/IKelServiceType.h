@@ -14,8 +14,8 @@ namespace kelsd {
 /// functions may be called from any thread.
 class KELSD_EXPORT IKelServiceType {
  public:
-  /// The attribute tags, in the order in which attributes are listed and registered. The numbers are part of
-  /// the interface.
+  /// The attribute tags, in the order in which attributes are listed; they are registered in the order of
+  /// their texts. The numbers are part of the interface.
   enum EAttr : int {
     ATTR_NONE = 0,
     ATTR_VERSION = 1,

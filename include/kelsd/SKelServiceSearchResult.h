@@ -29,12 +29,14 @@ struct KELSD_EXPORT SKelServiceSearchResult {
   std::string URL;
   /// The lifetime of the registration in seconds, as SLP reported it.
   unsigned short Lifetime;
-  /// The service type part of the URL, "service:zdrest.tamro:http" for example.
+  /// The service type part of the URL (in a found service whose URL cannot be split it is empty, as all parts
+  /// below are), "service:zdrest.tamro:http" for example.
   std::string TypeString;
+  /// Without the brackets of an IPv6 address.
   std::string Host;
   /// 0 when the URL has none.
   unsigned int Port;
-  /// Empty for IP.
+  /// Empty for host names and IPv4 addresses, "v6" for an IPv6 address, "ipx", "at".
   std::string NetFamily;
   /// What follows host and port in the URL, possibly nothing.
   std::string ServicePart;

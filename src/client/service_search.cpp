@@ -2,6 +2,8 @@
 #include <slp.h>
 
 #include <algorithm>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 #include "client/client_impl.h"
@@ -14,6 +16,7 @@ namespace {
 struct ServiceReplies {
   SearchOutcome outcome;
   std::vector<SKelServiceSearchResult> services;
+  std::unordered_set<std::string> urls;  // of the services; there may be tens of thousands
 };
 
 /// Collects each URL once, with the lifetime that came with it first, until the replies end or one is an
@@ -23,7 +26,7 @@ extern "C" SLPBoolean SLPCALLBACK CollectService(SLPHandle, const char* url, uns
   auto& replies = *static_cast<ServiceReplies*>(cookie);
   return HandleReply(replies.outcome, code, [&] {
     SKelServiceSearchResult service(url == nullptr ? "" : url, lifetime);
-    if (std::find(replies.services.begin(), replies.services.end(), service) == replies.services.end()) {
+    if (replies.urls.insert(service.URL).second) {
       replies.services.push_back(std::move(service));
     }
     return SLP_TRUE;

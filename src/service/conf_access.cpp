@@ -1,8 +1,8 @@
 #include "service/conf_access.h"
 
 #include <algorithm>
+#include <array>
 #include <fstream>
-#include <iterator>
 #include <utility>
 
 #include "foundation/text.h"
@@ -17,6 +17,18 @@ constexpr std::uint32_t kPauseBetweenTries = 5;
 
 bool IsComment(const std::string& text) {
   return text.empty() || text.front() == ';' || text.front() == '#';
+}
+
+// By the stream's own reading, which tells of a failure; its iterators throw one.
+bool ReadAll(const std::string& name, std::string& content) {
+  std::ifstream file(name, std::ios::binary);
+  std::array<char, 4096> block{};
+  const bool opened = file.is_open();
+  while (file) {
+    file.read(block.data(), block.size());
+    content.append(block.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  return opened && !file.bad();
 }
 
 }  // namespace
@@ -60,9 +72,8 @@ CSLPConfAccess::Status CSLPConfAccess::LoadUnlocked() {
   if (!platform::FileExists(file_name_)) {
     return Status::kSuccess;
   }
-  std::ifstream file(file_name_, std::ios::binary);
-  const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file) {
+  std::string content;
+  if (!ReadAll(file_name_, content)) {
     return Status::kLoadFailed;
   }
   Parse(content);

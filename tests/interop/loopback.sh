@@ -48,13 +48,13 @@ fail() {
   exit 1
 }
 
-# register WHO: registers the service in the background, with WHO for its server name. The port may be another
-# program's: then the daemon doesn't start, and the next port is tried.
+# register WHO: registers the service in the background, with WHO for its server name. The port is none of those that
+# other tests take. It may be another program's: then the daemon doesn't start, and the next port is tried.
 register() {
   local log=$work/$1-registers.log
   for _ in 1 2 3 4 5; do
     printf 'net.slp.port = %s\nnet.slp.interfaces = 127.0.0.1\nnet.slp.useScopes = TAMRO\n' \
-      $((20000 + RANDOM % 10000)) >"$configuration"
+      $((26000 + RANDOM % 6000)) >"$configuration"
     replace=exec kelsd "$1" register zdrest --address 127.0.0.1:8080 --attr "x-server-name=$1" \
       </dev/null >"$log" 2>&1 &
     registering=$!

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/replaced_heap.h"
 #include "support/scripted_slp/scripted_slp.h"
 
 namespace kelsd {
@@ -27,16 +28,16 @@ void FailIfItIsTime() {
   throw std::bad_alloc();
 }
 
-void* Allocate(std::size_t size) {
+}  // namespace
+
+void* AllocateMemory(std::size_t size) {
   FailIfItIsTime();
-  void* const memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
-  return memory;
+  return std::malloc(size);
 }
 
-}  // namespace
+void FreeMemory(void* memory) noexcept {
+  std::free(memory);
+}
 
 AllocationFailure::AllocationFailure(int successes) {
   happened = false;
@@ -52,22 +53,3 @@ bool AllocationFailure::Happened() const {
 }
 
 }  // namespace kelsd
-
-void* operator new(std::size_t size) {
-  return kelsd::Allocate(size);
-}
-void* operator new[](std::size_t size) {
-  return kelsd::Allocate(size);
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-  std::free(memory);
-}

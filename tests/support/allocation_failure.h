@@ -1,6 +1,6 @@
-// Makes one allocation of a test program fail. Add allocation_failure.cpp to the program's sources: it
-// replaces the global operator new. What the scripted SLP provider allocates for itself doesn't count and
-// never fails.
+// Makes one allocation of a test program fail. Add allocation_failure.cpp and replaced_heap.cpp to the
+// program's sources: they replace the global operator new. What the scripted SLP provider allocates for
+// itself doesn't count and never fails.
 #pragma once
 
 namespace kelsd {

@@ -7,8 +7,11 @@
 
 namespace kelsd::support {
 
+/// Beyond the longest standstill of a busy machine.
+inline constexpr std::chrono::seconds kLongEnough{30};
+
 /// Whether `condition` came to hold within `limit`.
-inline bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+inline bool WaitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = kLongEnough) {
   // A short pause between two looks is all there is.
   constexpr std::chrono::milliseconds kPause{5};
   const auto end = std::chrono::steady_clock::now() + limit;

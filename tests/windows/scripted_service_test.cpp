@@ -11,6 +11,7 @@
 
 #include "kelsd/CKelSLPService.h"
 #include "support/host_daemon/windows/slpd_service.h"
+#include "support/machine_delay.h"
 #include "support/same_result.h"
 
 namespace kelsd {
@@ -22,6 +23,10 @@ using std::chrono::steady_clock;
 const std::string kAgent = "kelsd::CKelSLPServiceImpl::";
 // What a machine that is busy with other things may add to any time.
 constexpr milliseconds kSlack{5000};
+// Long before the end of a script that stalls.
+constexpr milliseconds kGivenUpWithin{10000};
+// A machine that is later than this may bring a script out of step with those who wait for the service.
+constexpr milliseconds kInStep{200};
 
 auto Succeeded() {
   return SameResult(SResult(SResult::ERR_SUCCESS));
@@ -47,6 +52,33 @@ class ScriptedService : public testing::Test {
       std::this_thread::sleep_for(milliseconds(10));
     }
     ASSERT_EQ(State(), state);
+  }
+
+  struct Outcome {
+    SResult result = SResult(SResult::ERR_SUCCESS);
+    milliseconds took{};
+    DWORD state = 0;
+  };
+
+  /// What comes of `operation` with a service that has just been entered, and `running` first if so asked.
+  /// When it fails while the machine was late, it is tried with the service entered anew, two times at most.
+  static Outcome OutcomeInStep(const std::string& script, SResult (*operation)(), bool running) {
+    constexpr int kTries = 3;
+    Outcome outcome;
+    for (int i = 0; i < kTries; ++i) {
+      support::RemoveSlpdService();
+      Enter(script);
+      if (running) {
+        StartAndWaitFor(SERVICE_RUNNING);
+      }
+      support::MachineDelay delay;
+      outcome.took = Time([&] { outcome.result = operation(); });
+      outcome.state = State();
+      if (outcome.result.IsOk() || delay.Total() <= kInStep) {
+        break;
+      }
+    }
+    return outcome;
   }
 
   /// How long `operation` takes.
@@ -78,15 +110,18 @@ TEST_F(ScriptedService, HasNoProgram) {
 
 TEST_F(ScriptedService, IsWaitedForWhileItsCheckPointGoesOn) {
   // Every step takes less than the hint, all of them take longer.
-  Enter(
+  const Outcome outcome = OutcomeInStep(
       "pending=1,1900 sleep=1500 pending=2,1900 sleep=1500 pending=3,1900 sleep=1000 running stop=1,2000 "
-      "stopped=0");
-  EXPECT_GE(Time([] { EXPECT_THAT(CKelSLPService::StartSLPD(), Succeeded()); }), milliseconds(4000));
-  EXPECT_EQ(State(), static_cast<DWORD>(SERVICE_RUNNING));
+      "stopped=0",
+      &CKelSLPService::StartSLPD, false);
+  EXPECT_THAT(outcome.result, Succeeded());
+  EXPECT_GE(outcome.took, milliseconds(4000));
+  EXPECT_EQ(outcome.state, static_cast<DWORD>(SERVICE_RUNNING));
 }
 
 TEST_F(ScriptedService, IsGivenUpWhenItsCheckPointStalls) {
   Enter("pending=1,0 sleep=15000 running stop=1,2000 stopped=0");
+  support::MachineDelay delay;
   milliseconds took{};
   took = Time([] {
     EXPECT_THAT(
@@ -97,11 +132,12 @@ TEST_F(ScriptedService, IsGivenUpWhenItsCheckPointStalls) {
                            kAgent + "StartSLPD ")));
   });
   EXPECT_GE(took, milliseconds(1000));
-  EXPECT_LT(took, kSlack);
+  EXPECT_LT(took, kGivenUpWithin + delay.Allowance());
 }
 
 TEST_F(ScriptedService, HasAsLongAsItsHintSays) {
   Enter("pending=7,2500 sleep=15000 running stop=1,2000 stopped=0");
+  support::MachineDelay delay;
   milliseconds took{};
   took = Time([] {
     EXPECT_THAT(
@@ -112,13 +148,14 @@ TEST_F(ScriptedService, HasAsLongAsItsHintSays) {
                            kAgent + "StartSLPD ")));
   });
   EXPECT_GE(took, milliseconds(2500));
-  EXPECT_LT(took, milliseconds(2500) + kSlack);
+  EXPECT_LT(took, kGivenUpWithin + delay.Allowance());
 }
 
 TEST_F(ScriptedService, CountsAsStartedWhenItRunsLaterThanItsHintSays) {
   // It is looked at every second: at the second look it runs, longer after its only step than the hint says.
-  Enter("pending=1,1300 sleep=1600 running stop=1,2000 stopped=0");
-  EXPECT_THAT(CKelSLPService::StartSLPD(), Succeeded());
+  const Outcome outcome = OutcomeInStep("pending=1,1300 sleep=1600 running stop=1,2000 stopped=0",
+                                        &CKelSLPService::StartSLPD, false);
+  EXPECT_THAT(outcome.result, Succeeded());
 }
 
 TEST_F(ScriptedService, TellsItsExitCodeWhenItEndsInsteadOfStarting) {
@@ -132,7 +169,7 @@ TEST_F(ScriptedService, TellsItsExitCodeWhenItEndsInsteadOfStarting) {
 }
 
 TEST_F(ScriptedService, CountsAsRunningWhileItStarts) {
-  Enter("pending=1,9000 sleep=3000 running stop=1,2000 stopped=0");
+  Enter("pending=1,9000 sleep=15000 running stop=1,2000 stopped=0");
   StartAndWaitFor(SERVICE_START_PENDING);
   EXPECT_THAT(CKelSLPService::StartSLPD(),
               SameResult(SResult(SResult::ERR_SLPD_ALREADY_RUNNING, "", kAgent + "StartSLPD ")));
@@ -142,7 +179,7 @@ TEST_F(ScriptedService, CountsAsRunningWhileItStarts) {
 }
 
 TEST_F(ScriptedService, CanNotBeStoppedWhileItStarts) {
-  Enter("pending=1,9000 sleep=5000 running stop=1,2000 stopped=0");
+  Enter("pending=1,9000 sleep=15000 running stop=1,2000 stopped=0");
   StartAndWaitFor(SERVICE_START_PENDING);
   ASSERT_FALSE(support::ControlSlpdService(SERVICE_CONTROL_STOP));
   // Systems have different reasons for that.
@@ -153,10 +190,11 @@ TEST_F(ScriptedService, CanNotBeStoppedWhileItStarts) {
 }
 
 TEST_F(ScriptedService, IsWaitedForWhileItStops) {
-  Enter("running stop=1,1900 sleep=1500 pending=2,1900 sleep=1000 stopped=0");
-  StartAndWaitFor(SERVICE_RUNNING);
-  EXPECT_GE(Time([] { EXPECT_THAT(CKelSLPService::StopSLPD(), Succeeded()); }), milliseconds(2400));
-  EXPECT_EQ(State(), static_cast<DWORD>(SERVICE_STOPPED));
+  const Outcome outcome = OutcomeInStep("running stop=1,1900 sleep=1500 pending=2,1900 sleep=1000 stopped=0",
+                                        &CKelSLPService::StopSLPD, true);
+  EXPECT_THAT(outcome.result, Succeeded());
+  EXPECT_GE(outcome.took, milliseconds(2400));
+  EXPECT_EQ(outcome.state, static_cast<DWORD>(SERVICE_STOPPED));
 }
 
 TEST_F(ScriptedService, IsGivenUpWhenItsStopStalls) {

@@ -11,11 +11,13 @@ bool AllDigits(const std::string& text) {
   return std::all_of(text.begin(), text.end(), [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
+// Not with leading zeros, which some read as octal, and which SLP does not take.
 bool IsIpv4Address(const std::string& text) {
   std::istringstream parts(text + ".");
   std::size_t count = 0;
   for (std::string part; std::getline(parts, part, '.'); ++count) {
-    if (part.empty() || part.size() > 3 || !AllDigits(part) || std::stoi(part) > 255) {
+    const bool leading_zero = part.size() > 1 && part.front() == '0';
+    if (part.empty() || part.size() > 3 || leading_zero || !AllDigits(part) || std::stoi(part) > 255) {
       return false;
     }
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "attribute_view.h"
-#include "config_view.h"
 #include "hints.h"
 #include "printable_text.h"
 #include "settings.h"
@@ -42,11 +41,13 @@ std::string JoinUrls(const std::vector<SKelServiceSearchResult>& agents) {
   return urls;
 }
 
-// What is required of the settings that can be changed is the library's default of each.
-std::string RequiredValue(CKelSLPConfig::EProperty property) {
-  for (const Setting& setting : ServiceSettings(kelsd::CKelSLPServiceConfig())) {
-    if (setting.property == property) {
-      return ToText(setting.value);
+// The value that the library wants a setting to have. Of those that can be changed it asks something of flags
+// alone.
+std::string RequiredValue(const std::string& key, CKelSLPConfig::EProperty property) {
+  for (const char* value : {"true", "false"}) {
+    kelsd::CKelSLPServiceConfig config;
+    if (!Assign(config, {{key, property, value}}) && config.Validate().count(property) == 0) {
+      return value;
     }
   }
   return "VALUE";
@@ -55,7 +56,7 @@ std::string RequiredValue(CKelSLPConfig::EProperty property) {
 std::string AdviceFor(CKelSLPConfig::EProperty property) {
   const std::string key = CKelSLPConfig::ToStringKey(property);
   if (IsServiceEditable(property)) {
-    return "Change it: kelsd config set " + key + "=" + RequiredValue(property);
+    return "Change it: kelsd config set " + key + "=" + RequiredValue(key, property);
   }
   if (property == CKelSLPConfig::PROP_OPENSLPVERSION) {
     return "Install the SLP version that the library was made for.";

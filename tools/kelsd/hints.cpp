@@ -70,7 +70,8 @@ std::string HintFor(SResult::EError code) {
       {SResult::ERR_SLPD_STOP, "Check that slpd was started by this user, or run this as administrator."},
       {SResult::ERR_SLPD_PROCESS_OPEN, "Start the daemon: kelsd slpd start"},
       {SResult::ERR_CONF_OPEN,
-       "Another program may be writing the file: try again. Else check that it exists and may be read."},
+       "Another program may be writing the file: try again. Else check that this user may "
+       "read and write it."},
       {SResult::ERR_CONF_LOAD, "The file could not be read. Check its permissions and its content."},
       {SResult::ERR_CONF_WRITE, "Check that this user may write the file, and that the disk is not full."},
       {SResult::ERR_CONF_DIR_CREATE, "Create the folder, or let OpenSLPConfig name a file in another one."},
@@ -79,7 +80,8 @@ std::string HintFor(SResult::EError code) {
       {SResult::ERR_ENV_NOT_SET,
        "Set the environment variable OpenSLPConfig to the configuration file, or name it with --config FILE"},
       {SResult::ERR_RESTART_REQUIRED,
-       "The variable OpenSLPConfig was changed after SLP had read it: start the program again."},
+       "SLP could not read the file that OpenSLPConfig names: check that this user may. An application that "
+       "changed the variable after SLP had read it must be started again."},
       {SResult::ERR_PROPERTY_GET, "SLP does not know the setting; check that the installed SLP is recent."},
       {SResult::ERR_PROPERTY_PARSE,
        "Correct the value in the configuration file; until then the default counts."},

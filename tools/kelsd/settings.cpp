@@ -1,8 +1,10 @@
 #include "settings.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
@@ -165,6 +167,23 @@ Problem AssignAll(Config& config, const std::vector<Assignment>& assignments) {
 
 constexpr const char* kKeyPrefix = "net.slp.";
 
+// Each wait and its timeouts are checked against each other.
+constexpr std::pair<CKelSLPConfig::EProperty, CKelSLPConfig::EProperty> kValidTogether[] = {
+    {CKelSLPConfig::PROP_UNICASTMAXIMUMWAIT, CKelSLPConfig::PROP_UNICASTTIMEOUTS},
+    {CKelSLPConfig::PROP_MULTICASTMAXIMUMWAIT, CKelSLPConfig::PROP_MULTICASTTIMEOUTS},
+    {CKelSLPConfig::PROP_DADISCOVERYMAXIMUMWAIT, CKelSLPConfig::PROP_DADISCOVERYTIMEOUTS},
+};
+
+// Whether the value of the property was refused by a function that is named after it.
+bool IsRefused(CKelSLPConfig::EProperty property, const SResult& problem) {
+  const std::string key = CKelSLPConfig::ToStringKey(property);
+  std::string name = key.substr(key.rfind('.') + 1);
+  name.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
+  const std::string trail = problem.GetErrorDebug() + " ";
+  return trail.find("::Set" + name + " ") != std::string::npos ||
+         trail.find("::Validate" + name + " ") != std::string::npos;
+}
+
 }  // namespace
 
 CKelSLPConfig::EProperty FindProperty(const std::string& key) {
@@ -220,12 +239,12 @@ bool IsAbout(const SResult& problem, CKelSLPConfig::EProperty property) {
   if (problem.GetErrorDetail().rfind("Property: " + CKelSLPConfig::ToString(property) + ". ", 0) == 0) {
     return true;
   }
-  const std::string key = CKelSLPConfig::ToStringKey(property);
-  std::string name = key.substr(key.rfind('.') + 1);
-  name.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
-  const std::string trail = problem.GetErrorDebug() + " ";
-  return trail.find("::Set" + name + " ") != std::string::npos ||
-         trail.find("::Validate" + name + " ") != std::string::npos;
+  const auto pair = std::find_if(
+      std::begin(kValidTogether), std::end(kValidTogether),
+      [property](const auto& together) { return together.first == property || together.second == property; });
+  return pair == std::end(kValidTogether)
+             ? IsRefused(property, problem)
+             : IsRefused(pair->first, problem) || IsRefused(pair->second, problem);
 }
 
 }  // namespace kelsd_tool

@@ -42,7 +42,7 @@ std::optional<std::string> Assign(kelsd::CKelSLPClientConfig& config,
                                   const std::vector<Assignment>& assignments);
 
 /// Whether `problem`, which came up when the settings were read, is about `property`: its value could not be
-/// used then, and the record has the default in its place.
+/// used then, and the record has the default in its place. A wait and its timeouts are dropped together.
 bool IsAbout(const kelsd::SResult& problem, kelsd::CKelSLPConfig::EProperty property);
 
 }  // namespace kelsd_tool

@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <chrono>
 
+#include "net/report_gathering.h"
+
 #ifdef __linux__
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
@@ -17,9 +19,6 @@
 
 namespace slp {
 namespace {
-
-// An interface that comes up reports several times.
-constexpr std::chrono::milliseconds kQuietTime{300};
 
 // A socket on which the kernel reports changes; -1 when there is none.
 int OpenReports() {
@@ -49,7 +48,7 @@ int OpenReports() {
 class AddressWatch::Impl : public std::enable_shared_from_this<AddressWatch::Impl> {
  public:
   Impl(asio::io_context& io, std::function<void()> changed)
-      : changed_(std::move(changed)), reports_(io), quiet_(io) {}
+      : changed_(std::move(changed)), reports_(io), act_(io) {}
 
   void Start() {
     const int descriptor = OpenReports();
@@ -63,7 +62,7 @@ class AddressWatch::Impl : public std::enable_shared_from_this<AddressWatch::Imp
     changed_ = nullptr;
     asio::error_code ignored;
     reports_.close(ignored);
-    quiet_.cancel();
+    act_.cancel();
   }
 
  private:
@@ -83,9 +82,10 @@ class AddressWatch::Impl : public std::enable_shared_from_this<AddressWatch::Imp
     do {
       size = ::recv(reports_.native_handle(), report.data(), report.size(), 0);
     } while (size > 0 || (size < 0 && (errno == EINTR || errno == ENOBUFS)));
-    quiet_.expires_after(kQuietTime);
-    quiet_.async_wait([self = shared_from_this()](const asio::error_code& error) {
+    act_.expires_at(gathering_.OnReport(std::chrono::steady_clock::now()));
+    act_.async_wait([self = shared_from_this()](const asio::error_code& error) {
       if (!error && self->changed_) {
+        self->gathering_.OnActed();
         self->changed_();
       }
     });
@@ -96,7 +96,8 @@ class AddressWatch::Impl : public std::enable_shared_from_this<AddressWatch::Imp
 
   std::function<void()> changed_;
   asio::posix::stream_descriptor reports_;
-  asio::steady_timer quiet_;
+  ReportGathering gathering_;
+  asio::steady_timer act_;
 };
 
 AddressWatch::AddressWatch(asio::io_context& io, std::function<void()> changed)

@@ -1,8 +1,10 @@
 // With poll and errno.
 #include "net/native_socket.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <asio/error.hpp>
@@ -11,6 +13,20 @@
 #include <vector>
 
 namespace slp {
+
+NativeSocket OpenNativeSocket(int family, int type, int protocol, asio::error_code& error) {
+  const int opened = ::socket(family, type | SOCK_CLOEXEC, protocol);
+  error = opened < 0 ? asio::error_code(errno, asio::error::get_system_category()) : asio::error_code();
+  return opened;
+}
+
+void CloseNativeSocket(NativeSocket socket) {
+  ::close(socket);
+}
+
+void KeepFromStartedPrograms(NativeSocket socket) {
+  static_cast<void>(::fcntl(socket, F_SETFD, FD_CLOEXEC));
+}
 
 void WaitUntilReady(std::span<AwaitedSocket> sockets, std::chrono::milliseconds limit) {
   std::vector<pollfd> polled;

@@ -1,7 +1,7 @@
 #include "net/unicast_socket.h"
 
+#include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cerrno>
 
@@ -20,16 +20,13 @@ auto Uninterrupted(Call call) {
 }  // namespace
 
 NativeSocket UnicastSocket::Open(int family) {
-  return ::socket(family, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  asio::error_code ignored;
+  return OpenNativeSocket(family, SOCK_DGRAM | SOCK_NONBLOCK, IPPROTO_UDP, ignored);
 }
 
 bool UnicastSocket::Connect(NativeSocket socket, const asio::ip::udp::endpoint& peer) {
   return Uninterrupted([&] { return ::connect(socket, peer.data(), static_cast<socklen_t>(peer.size())); }) ==
          0;
-}
-
-void UnicastSocket::Close(NativeSocket socket) {
-  ::close(socket);
 }
 
 UnicastSocket::Outcome UnicastSocket::SendOnce(std::span<const std::uint8_t> bytes) {

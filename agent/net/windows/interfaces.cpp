@@ -7,7 +7,6 @@
 #include <iphlpapi.h>
 
 #include <cstddef>
-#include <cstring>
 
 #include "net/addresses.h"
 
@@ -25,19 +24,6 @@ std::string ToUtf8(const wchar_t* text) {
   return result;
 }
 
-asio::ip::address ToAddress(const sockaddr* address) {
-  if (address->sa_family == AF_INET6) {
-    sockaddr_in6 v6;
-    std::memcpy(&v6, address, sizeof v6);
-    asio::ip::address_v6::bytes_type bytes;
-    std::memcpy(bytes.data(), &v6.sin6_addr, bytes.size());
-    return Plain(asio::ip::address_v6(bytes, v6.sin6_scope_id));
-  }
-  sockaddr_in v4;
-  std::memcpy(&v4, address, sizeof v4);
-  return asio::ip::address_v4(ntohl(v4.sin_addr.s_addr));
-}
-
 asio::ip::address ToNetmask(int family, unsigned prefix_length) {
   if (family == AF_INET6) {
     asio::ip::address_v6::bytes_type bytes{};
@@ -50,8 +36,9 @@ asio::ip::address ToNetmask(int family, unsigned prefix_length) {
   return asio::ip::address_v4(bits == 0 ? 0U : 0xFFFFFFFFU << (32 - bits));
 }
 
-/// The adapters' records lie one after another in `buffer`; null when the system does not tell.
-const IP_ADAPTER_ADDRESSES* QueryAdapters(ULONG family, std::vector<std::byte>& buffer) {
+/// The adapters' records lie one after another in `buffer`, null stands for no adapter; none when the system
+/// does not tell.
+std::optional<const IP_ADAPTER_ADDRESSES*> QueryAdapters(ULONG family, std::vector<std::byte>& buffer) {
   constexpr ULONG kFlags = GAA_FLAG_SKIP_ANYCAST | GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER;
   // The needed size may grow between two calls when an adapter comes; a few tries are enough.
   ULONG size = 16384;
@@ -63,11 +50,14 @@ const IP_ADAPTER_ADDRESSES* QueryAdapters(ULONG family, std::vector<std::byte>& 
     if (status == NO_ERROR) {
       return first;
     }
-    if (status != ERROR_BUFFER_OVERFLOW) {
+    if (status == ERROR_NO_DATA) {
       return nullptr;
     }
+    if (status != ERROR_BUFFER_OVERFLOW) {
+      break;
+    }
   }
-  return nullptr;
+  return std::nullopt;
 }
 
 // The same number, which Wine tells in one place only.
@@ -77,23 +67,27 @@ std::uint32_t Ipv6Index(const IP_ADAPTER_ADDRESSES& adapter) {
 
 }  // namespace
 
-std::vector<Interface> EnumerateInterfaces(bool with_ipv6) {
+std::optional<std::vector<Interface>> EnumerateInterfaces(bool with_ipv6) {
   std::vector<std::byte> buffer;
+  const std::optional<const IP_ADAPTER_ADDRESSES*> adapters =
+      QueryAdapters(with_ipv6 ? AF_UNSPEC : AF_INET, buffer);
+  if (!adapters) {
+    return std::nullopt;
+  }
   std::vector<Interface> found;
-  const ULONG families = with_ipv6 ? AF_UNSPEC : AF_INET;
-  for (const auto* adapter = QueryAdapters(families, buffer); adapter != nullptr; adapter = adapter->Next) {
+  for (const auto* adapter = *adapters; adapter != nullptr; adapter = adapter->Next) {
     for (const auto* entry = adapter->FirstUnicastAddress; entry != nullptr; entry = entry->Next) {
       const int family = entry->Address.lpSockaddr->sa_family;
       if (family != AF_INET && !(with_ipv6 && family == AF_INET6)) {
         continue;
       }
       found.push_back({.name = ToUtf8(adapter->FriendlyName),
-                       .address = ToAddress(entry->Address.lpSockaddr),
+                       .address = FromSystem(entry->Address.lpSockaddr),
                        .netmask = ToNetmask(family, entry->OnLinkPrefixLength),
                        .up = adapter->OperStatus == IfOperStatusUp,
                        .multicast = adapter->NoMulticast == 0,
                        .loopback = adapter->IfType == IF_TYPE_SOFTWARE_LOOPBACK,
-                       .index = family == AF_INET6 ? Ipv6Index(*adapter) : 0});
+                       .index = family == AF_INET6 ? Ipv6Index(*adapter) : adapter->IfIndex});
     }
   }
   return found;

@@ -8,6 +8,23 @@
 
 namespace slp {
 
+NativeSocket OpenNativeSocket(int family, int type, int protocol, asio::error_code& error) {
+  const SOCKET opened =
+      ::WSASocketW(family, type, protocol, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+  error = opened == INVALID_SOCKET ? asio::error_code(WSAGetLastError(), asio::error::get_system_category())
+                                   : asio::error_code();
+  return opened;
+}
+
+void CloseNativeSocket(NativeSocket socket) {
+  ::closesocket(socket);
+}
+
+// A socket is a handle.
+void KeepFromStartedPrograms(NativeSocket socket) {
+  ::SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
+}
+
 void WaitUntilReady(std::span<AwaitedSocket> sockets, std::chrono::milliseconds limit) {
   fd_set readable;
   fd_set writable;

@@ -19,17 +19,14 @@ char* Chars(std::span<std::uint8_t> bytes) {
 }  // namespace
 
 NativeSocket UnicastSocket::Open(int family) {
-  return ::socket(family, SOCK_DGRAM, IPPROTO_UDP);
+  asio::error_code ignored;
+  return OpenNativeSocket(family, SOCK_DGRAM, IPPROTO_UDP, ignored);
 }
 
 bool UnicastSocket::Connect(NativeSocket socket, const asio::ip::udp::endpoint& peer) {
   u_long non_blocking = 1;
   return ::ioctlsocket(socket, static_cast<long>(FIONBIO), &non_blocking) == 0 &&
          ::connect(socket, peer.data(), static_cast<int>(peer.size())) == 0;
-}
-
-void UnicastSocket::Close(NativeSocket socket) {
-  ::closesocket(socket);
 }
 
 UnicastSocket::Outcome UnicastSocket::SendOnce(std::span<const std::uint8_t> bytes) {
@@ -50,9 +47,11 @@ UnicastSocket::Outcome UnicastSocket::LastOutcome() {
   switch (WSAGetLastError()) {
     case WSAEWOULDBLOCK:
       return Outcome::kWouldBlock;
-    // A port that nobody listens on is reported as a reset.
+    // A port that nobody listens on is reported as a reset of the connection, a way that is too long for a
+    // datagram as one of the network.
     case WSAECONNREFUSED:
     case WSAECONNRESET:
+    case WSAENETRESET:
     case WSAEHOSTUNREACH:
       return Outcome::kRefused;
     default:

@@ -1,5 +1,6 @@
 #include "slpd/directory/client_settings.h"
 
+#include "text/host_name.h"
 #include "text/ip_address.h"
 #include "text/ipv4_address.h"
 #include "text/string_list.h"
@@ -15,36 +16,21 @@ std::vector<Instant> Waits(const Properties& properties, std::string_view key) {
   return waits;
 }
 
-/// Letters, digits, hyphens and dots, and behind the last dot not digits alone, as a mistaken address has
-/// them (RFC 1123 section 2.1).
-bool IsHostName(std::string_view text) {
-  constexpr std::string_view kLettersAndHyphen = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-";
-  constexpr std::string_view kDigits = "0123456789";
-  for (const char character : text) {
-    if (character != '.' && kLettersAndHyphen.find(character) == std::string_view::npos &&
-        kDigits.find(character) == std::string_view::npos) {
-      return false;
-    }
-  }
-  const std::string_view last = text.substr(text.rfind('.') + 1);
-  return !text.starts_with('.') && last.find_first_not_of(kDigits) != std::string_view::npos;
-}
-
 }  // namespace
 
 DirectoryClientSettings DirectoryClientSettings::From(const Properties& properties,
                                                       const AgentSettings& agent,
                                                       std::vector<std::string>& problems) {
   DirectoryClientSettings settings;
-  const bool ipv6 = properties.GetBool("net.slp.useIPv6");
+  settings.ipv6 = properties.GetBool("net.slp.useIPv6");
   for (std::string& address : ListUnion({}, properties.GetStringList("net.slp.DAAddresses"))) {
-    if (IsIpv4Address(address) || (ipv6 && ParseIpv6Address(address))) {
+    if (IsIpv4Address(address) || (settings.ipv6 && ParseIpv6Address(address))) {
       settings.configured.push_back(std::move(address));
     } else if (IsHostName(address)) {
       settings.names.push_back(std::move(address));
     } else {
-      problems.push_back("net.slp.DAAddresses names " + address + ", which is no " + (ipv6 ? "IP" : "IPv4") +
-                         " address; it is not used");
+      problems.push_back("net.slp.DAAddresses names " + address + ", which is no " +
+                         (settings.ipv6 ? "IP" : "IPv4") + " address; it is not used");
     }
   }
   settings.active = properties.GetBool("net.slp.activeDADetection");

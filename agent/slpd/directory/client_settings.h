@@ -14,6 +14,7 @@ namespace slp {
 struct DirectoryClientSettings {
   std::vector<std::string> configured;   ///< net.slp.DAAddresses, numeric
   std::vector<std::string> names;        ///< net.slp.DAAddresses, the names of hosts
+  bool ipv6 = false;                     ///< net.slp.useIPv6
   bool active = true;                    ///< net.slp.activeDADetection
   bool passive = true;                   ///< net.slp.passiveDADetection
   Seconds interval{900};                 ///< net.slp.DAActiveDiscoveryInterval; 0: no active discovery

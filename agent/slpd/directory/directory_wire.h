@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "slpd/seconds.h"
 #include "wire/messages.h"
 
 namespace slp {
@@ -17,6 +18,9 @@ struct DirectoryPeer {
   bool operator==(const DirectoryPeer&) const = default;
 };
 
+/// A whole exchange by TCP takes no longer: afterwards no reply comes any more.
+inline constexpr Seconds kLongestStream{15};
+
 class DirectoryWire {
  public:
   virtual ~DirectoryWire() = default;
@@ -27,7 +31,7 @@ class DirectoryWire {
   /// One datagram. What is lost is sent again by the caller.
   virtual void Send(const DirectoryPeer& peer, const Message& message) = 0;
 
-  /// One message by TCP. The reply comes in as every other message does.
+  /// One message by TCP. The reply comes in as every other message does, within kLongestStream.
   virtual void SendByStream(const DirectoryPeer& peer, const Message& message) = 0;
 
   /// Something that an administrator may want to know; `problem`: should look at.

@@ -41,7 +41,7 @@ bool Discovery::TakeDue(const DirectoryClientSettings& settings, std::uint16_t x
     ++round_;
   }
   const Result<Bytes> request = Encode(Request(settings, true));
-  if (round_ == settings.discovery_waits.size() || quiet_rounds_ == kQuietRoundsAtTheEnd || now >= end_ ||
+  if (round_ >= settings.discovery_waits.size() || quiet_rounds_ == kQuietRoundsAtTheEnd || now >= end_ ||
       !request || request->size() > settings.mtu) {
     End(settings, now);
     return false;

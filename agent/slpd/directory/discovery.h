@@ -26,6 +26,9 @@ class Discovery {
   /// The request of this round. To networks other than loopback, loopback addresses say nothing.
   Message Request(const DirectoryClientSettings& settings, bool loopback) const;
 
+  /// Whether there has been a round of a search that has not ended.
+  bool running() const { return running_; }
+
   /// Whether a reply with this transaction id belongs to the search that runs.
   bool Answers(std::uint16_t xid) const { return running_ && xid == xid_; }
 

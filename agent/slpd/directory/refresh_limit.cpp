@@ -1,20 +1,13 @@
 #include "slpd/directory/refresh_limit.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <variant>
 
-#include "text/attributes.h"
+#include "text/refresh_interval.h"
 
 namespace slp {
 
 Seconds MinimumRefreshInterval(std::string_view attributes) {
-  const Result<AttributeList> list = AttributeList::Parse(attributes);
-  const Attribute* attribute = list ? list->Find("min-refresh-interval") : nullptr;
-  const auto* seconds = attribute != nullptr && attribute->values.size() == 1
-                            ? std::get_if<std::int32_t>(&attribute->values.front().content)
-                            : nullptr;
-  return seconds == nullptr ? Seconds(0) : std::clamp(Seconds(*seconds), Seconds(0), kLongestRefreshInterval);
+  return std::min(AdvertisedRefreshInterval(attributes), kLongestRefreshInterval);
 }
 
 void RefreshLimit::SetInterval(Seconds interval) {

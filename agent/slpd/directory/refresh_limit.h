@@ -9,16 +9,16 @@
 #include <string_view>
 #include <utility>
 
-#include "slpd/registration.h"
+#include "slpd/directory/registration_renewals.h"
 #include "slpd/seconds.h"
 
 namespace slp {
 
-/// The longest interval that is heeded: what has the longest lifetime must be refreshed before its end.
-inline constexpr Seconds kLongestRefreshInterval{kMaximumLifetime - 60};
+/// The longest interval that is heeded. Nobody can vouch for an advertisement, and one that asks for more
+/// must neither let services end at the agent before they may be renewed nor keep changes from it for longer.
+inline constexpr Seconds kLongestRefreshInterval = kLongestToldLifetime / 2;
 
-/// The attribute "min-refresh-interval" of an advertisement's attribute list; 0 when it has none that is a
-/// single positive number.
+/// The interval of an advertisement's attribute list, as far as it is heeded.
 Seconds MinimumRefreshInterval(std::string_view attributes);
 
 class RefreshLimit {

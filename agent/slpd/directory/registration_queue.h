@@ -17,20 +17,21 @@ class RegistrationQueue {
   struct Job {
     std::string url;
     std::string language;
-    std::optional<std::string> deregister;  ///< the scopes that it was registered in; none: register it
+    std::optional<std::string> deregister;  ///< the scopes that it may still be registered in, and has left
     bool operator==(const Job&) const = default;
   };
 
+  /// Scopes that it has left stay to be told of, should it have none any more that the agent serves.
   void Register(std::string_view url, std::string_view language);
   void Deregister(std::string_view url, std::string_view language, std::string_view scopes);
 
   /// There is nothing to be told any more: the agent lets it expire by itself.
   void Forget(std::string_view url, std::string_view language);
 
-  void Clear() { jobs_.clear(); }
+  /// What has only come is not to be told any more.
+  void KeepDeregistrations();
 
   bool empty() const { return jobs_.empty(); }
-  std::size_t size() const { return jobs_.size(); }
 
   /// Takes the next one out; none when there is nothing to do.
   std::optional<Job> Next();

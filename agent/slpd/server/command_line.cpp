@@ -6,6 +6,7 @@
 
 #include "properties/catalogue.h"
 #include "properties/property_values.h"
+#include "text/fold.h"
 
 namespace slp {
 namespace {
@@ -13,7 +14,7 @@ namespace {
 constexpr std::string_view kVersionText = "slpd " KELSD_SLPD_VERSION " (SLPv2, RFC 2608)\n";
 
 constexpr std::string_view kDescription =
-    "slpd - the SLPv2 service agent of this host.\n"
+    "slpd - the SLPv2 service agent of this host and, with net.slp.isDA, a directory agent.\n"
     "It stays in the foreground and logs to the error output; a process manager starts it as it is.";
 
 constexpr std::string_view kFooter =
@@ -115,15 +116,16 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
   app.add_option("--regfile", result.registration_file,
                  "File of services to register for programs that know no SLP (default: "
                  "net.slp.serializedRegURL, else "
-                 "/etc/slp.reg if it exists)")
+                 "/etc/slp.reg, on Windows %windir%\\slp.reg, if it exists)")
       ->type_name("FILE");
   app.add_option("--log", result.log_file,
                  "Log into FILE instead of the error output; net.slp.appendLog=false empties it first")
       ->type_name("FILE");
-  app.add_option("--pidfile", result.pid_file,
-                 "File that is locked and holds process id and start time while slpd runs (default: "
-                 "KELSD_SLPD_PIDFILE, "
-                 "else /run/slpd.pid, without privileges slpd.pid in XDG_RUNTIME_DIR; without that none)")
+  app.add_option(
+         "--pidfile", result.pid_file,
+         "File that is locked and holds process id and start time while slpd runs (default: "
+         "KELSD_SLPD_PIDFILE, "
+         "else on Linux /run/slpd.pid, without privileges slpd.pid in XDG_RUNTIME_DIR; without that none)")
       ->type_name("FILE");
   app.add_option(
          "--user", result.user,
@@ -164,8 +166,8 @@ std::variant<CommandLine, EarlyExit> ParseCommandLine(int argument_count, const 
     if (equals == std::string::npos) {
       return Usage("--property: KEY=VALUE is wanted, not \"" + property + "\"");
     }
-    const std::string key(TrimBlanks(std::string_view(property).substr(0, equals)));
-    const std::string value(TrimBlanks(std::string_view(property).substr(equals + 1)));
+    const std::string key(Trim(std::string_view(property).substr(0, equals)));
+    const std::string value(Trim(std::string_view(property).substr(equals + 1)));
     if (const std::string fault = FaultOf(key, value); !fault.empty()) {
       return Usage(fault);
     }

@@ -11,6 +11,7 @@
 
 namespace slp {
 
+/// Of what is limited in all, other hosts' peers have their part only, see OthersPart.
 struct ConnectionLimits {
   std::size_t connections = 256;
   std::size_t connections_per_peer = 64;
@@ -33,7 +34,8 @@ class ConnectionAccounts {
 
   const ConnectionLimits& limits() const { return limits_; }
 
-  bool full() const { return connections_ >= limits_.connections; }
+  /// Whether there are so many that this peer may not have one more.
+  bool FullFor(const asio::ip::address& peer) const;
   bool PeerFull(const asio::ip::address& peer) const;
 
   void Add(const asio::ip::address& peer);
@@ -46,6 +48,8 @@ class ConnectionAccounts {
   std::size_t bytes() const { return bytes_; }
 
  private:
+  static std::size_t PartOf(const asio::ip::address& peer, std::size_t limit);
+
   struct Account {
     std::size_t connections = 0;
     std::size_t bytes = 0;

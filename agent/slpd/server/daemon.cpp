@@ -1,5 +1,6 @@
 #include "slpd/server/daemon.h"
 
+#include <algorithm>
 #include <chrono>
 #include <iostream>
 
@@ -7,6 +8,9 @@
 
 namespace slp {
 namespace {
+
+// What is told of the configuration at once.
+constexpr std::size_t kMostProblems = 20;
 
 std::int64_t SecondsSince1970() {
   return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::system_clock::now().time_since_epoch())
@@ -57,6 +61,19 @@ FilesInUse Daemon::FilesOf(const Configuration& configuration) const {
           command_line_.log_file};
 }
 
+// Of a file that is none there may be thousands: they would use up what the log takes of problems in a
+// minute, and leave no place for what became of the reload.
+void Daemon::Tell(const std::vector<std::string>& problems) {
+  const std::size_t told = std::min(problems.size(), kMostProblems);
+  for (std::size_t i = 0; i != told; ++i) {
+    log_.Write(LogKind::kProblem, problems[i]);
+  }
+  if (told != problems.size()) {
+    log_.Write(LogKind::kProblem, std::to_string(problems.size() - told) +
+                                      " more problems in the configuration; slpd --check tells all of them");
+  }
+}
+
 void Daemon::TellObstacles(const Configuration& configuration) {
   for (const std::string& obstacle : privileges_.Obstacles(FilesOf(configuration))) {
     log_.Write(LogKind::kProblem, obstacle);
@@ -98,9 +115,7 @@ ExitStatus Daemon::Run() {
     supervisor_.OnFailure(reason);
     return ExitStatus::kFailed;
   }
-  for (const std::string& problem : problems) {
-    log_.Write(LogKind::kProblem, problem);
-  }
+  Tell(problems);
   if (pid_path.empty()) {
     log_.Write(LogKind::kState, "slpd: no place for a pid file, so there is none; --pidfile names one");
   }
@@ -142,9 +157,7 @@ void Daemon::OnReload() {
   const Configuration configuration = ReadConfiguration(sources_, problems);
   TellObstacles(configuration);
   if (!problems.empty()) {
-    for (const std::string& problem : problems) {
-      log_.Write(LogKind::kProblem, problem);
-    }
+    Tell(problems);
     log_.Write(LogKind::kProblem, "slpd: not reloaded, all stays as it was");
   } else if (!server_.Reload(configuration, reason)) {
     log_.Write(LogKind::kProblem, reason);

@@ -30,6 +30,7 @@ class Daemon {
  private:
   ExitStatus Fail(const std::string& reason);
   FilesInUse FilesOf(const Configuration& configuration) const;
+  void Tell(const std::vector<std::string>& problems);
   void TellObstacles(const Configuration& configuration);
   void OnStop();
   void OnReload();

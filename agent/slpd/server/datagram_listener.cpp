@@ -1,6 +1,7 @@
 #include "slpd/server/datagram_listener.h"
 
 #include <asio/buffer.hpp>
+#include <asio/ip/multicast.hpp>
 #include <chrono>
 
 #include "net/listen_sockets.h"
@@ -29,7 +30,9 @@ DatagramListener::DatagramListener(asio::ip::udp::socket socket, MessageReceiver
       pause_(socket_.get_executor()),
       buffer_(kLongestDatagram) {
   asio::error_code ignored;
-  local_ = socket_.local_endpoint(ignored).address();
+  const asio::ip::udp::endpoint local = socket_.local_endpoint(ignored);
+  local_ = local.address();
+  port_ = local.port();
 }
 
 void DatagramListener::Start() {
@@ -47,6 +50,31 @@ bool DatagramListener::Send(std::span<const std::uint8_t> message, const asio::i
   asio::error_code error;
   socket_.send_to(asio::buffer(message.data(), message.size()), to, 0, error);
   return !error;
+}
+
+void DatagramListener::AnswerTo(const asio::ip::udp::endpoint& to, std::span<const std::uint8_t> message,
+                                Transport transport, bool to_link) {
+  if (receiver_ == nullptr) {
+    return;
+  }
+  const Sender sender{to.address(), local_, transport, to_link};
+  if (to.port() == 0) {
+    return receiver_->OnDropped("no port to answer to", message.size(), sender);
+  }
+  const auto reply = receiver_->OnMessage(message, sender);
+  if (reply && !Send(*reply, to) && receiver_ != nullptr) {
+    receiver_->OnDropped("the answer could not be sent", reply->size(), sender);
+  }
+}
+
+asio::error_code DatagramListener::SendGroupsBy(std::uint32_t interface_index) {
+  return slp::SendGroupsBy(socket_, local_, interface_index);
+}
+
+// A number that the system took when the socket was opened is not refused later.
+void DatagramListener::SetGroupHops(int hops) {
+  asio::error_code ignored;
+  socket_.set_option(asio::ip::multicast::hops(hops), ignored);
 }
 
 asio::error_code DatagramListener::Join(const asio::ip::address& group, std::uint32_t interface_index) {
@@ -82,23 +110,17 @@ void DatagramListener::OnReceived(const asio::error_code& error, std::size_t siz
 
 void DatagramListener::Answer(std::span<const std::uint8_t> message) {
   DatagramListener* const reply_by = reply_by_ ? reply_by_(sender_.address()) : this;
-  Sender sender{sender_.address(), reply_by == nullptr ? local_ : reply_by->local_address(),
-                reply_by_ ? Transport::kUdpMulticast : Transport::kUdpUnicast};
   if (reply_by == nullptr) {
-    return receiver_->OnDropped("from none of the served networks", message.size(), sender);
+    return receiver_->OnDropped("from none of the served networks", message.size(),
+                                {sender_.address(), local_, Transport::kUdpMulticast});
   }
-  if (sender_.port() == 0) {
-    return receiver_->OnDropped("no port to answer to", message.size(), sender);
-  }
+  Transport transport = reply_by_ ? Transport::kUdpMulticast : Transport::kUdpUnicast;
   if (!reply_by_ && UnicastSocketHearsGroup(local_)) {
     const auto header = PeekHeader(message);
-    sender.transport =
-        header && header->request_multicast ? Transport::kUdpMulticast : Transport::kUdpUnicast;
+    transport = header && header->request_multicast ? Transport::kUdpMulticast : Transport::kUdpUnicast;
   }
-  const auto reply = receiver_->OnMessage(message, sender);
-  if (reply && !reply_by->Send(*reply, sender_) && receiver_ != nullptr) {
-    receiver_->OnDropped("the answer could not be sent", reply->size(), sender);
-  }
+  // The answer's way may close it.
+  reply_by->shared_from_this()->AnswerTo(sender_, message, transport);
 }
 
 void DatagramListener::Pause() {

@@ -33,11 +33,23 @@ class DatagramListener : public std::enable_shared_from_this<DatagramListener> {
   /// Hands one datagram to the system; whether it took it. Never waits.
   bool Send(std::span<const std::uint8_t> message, const asio::ip::udp::endpoint& to);
 
+  /// Has the receiver answer `message`, which came from `to` by whatever socket, and sends the answer from
+  /// here.
+  void AnswerTo(const asio::ip::udp::endpoint& to, std::span<const std::uint8_t> message, Transport transport,
+                bool to_link = false);
+
+  /// The interface of its address has another index now, by which IPv6 is to send to groups.
+  asio::error_code SendGroupsBy(std::uint32_t interface_index);
+
+  /// How many hops what is sent to groups may go from now on.
+  void SetGroupHops(int hops);
+
   /// Lets a unicast socket hear a group through its interface, which IPv6 names by its index.
   asio::error_code Join(const asio::ip::address& group, std::uint32_t interface_index);
   asio::error_code Leave(const asio::ip::address& group, std::uint32_t interface_index);
 
   const asio::ip::address& local_address() const { return local_; }
+  std::uint16_t port() const { return port_; }
 
  private:
   void Receive();
@@ -49,6 +61,7 @@ class DatagramListener : public std::enable_shared_from_this<DatagramListener> {
   MessageReceiver* receiver_;
   ReplyBy reply_by_;
   asio::ip::address local_;
+  std::uint16_t port_ = 0;
   asio::steady_timer pause_;
   asio::ip::udp::endpoint sender_;
   std::vector<std::uint8_t> buffer_;

@@ -1,41 +1,48 @@
 #include "slpd/server/directory_names.h"
 
-#include <asio/ip/udp.hpp>
+#include <algorithm>
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "text/string_list.h"
 
 namespace slp {
 
-using asio::ip::udp;
-
-// 1. One name is looked up after the other, on the resolver's own thread; other addresses than before are
-// told.
-// 2. Behind the last one the next round is planned.
+// 1. The names of a round are looked up side by side, on threads that nobody waits for; other addresses than
+// before are told.
+// 2. Behind the last answer the next round is planned, as soon as the name that is due first wants it.
 // 3. Other names begin a round anew; what was under way for the earlier ones counts no more.
 class DirectoryNames::Impl : public std::enable_shared_from_this<DirectoryNames::Impl> {
  public:
-  Impl(asio::io_context& io, Log& log, std::function<void()> changed)
-      : io_(io), resolver_(io), timer_(io), log_(log), changed_(std::move(changed)) {}
+  Impl(asio::io_context& io, Log& log, std::function<void()> changed, HostLookups::Resolve resolve,
+       Instant first_retry)
+      : io_(io),
+        timer_(io),
+        log_(log),
+        changed_(std::move(changed)),
+        resolve_(std::move(resolve)),
+        first_retry_(first_retry) {}
 
-  void Apply(const std::vector<std::string>& names, Seconds again) {
-    if (names == names_ && again == again_) {
+  void Apply(const std::vector<std::string>& names, bool ipv6, Seconds again) {
+    if (names == names_ && ipv6 == ipv6_ && again == again_) {
       return;
     }
     names_ = names;
+    ipv6_ = ipv6;
     again_ = again;
     std::erase_if(addresses_, [&](const auto& entry) { return !ListContains(names_, entry.first); });
     ++round_;
-    resolver_.cancel();
+    lookups_.reset();
     timer_.cancel();
     told_ = Addresses();
-    // By way of the loop: the resolver's thread is to begin with the rights that the daemon serves with.
+    retries_.clear();
+    // By way of the loop: the threads are to begin with the rights that the daemon serves with.
     asio::post(io_, [weak = weak_from_this(), round = round_] {
       if (const auto self = weak.lock(); self && self->round_ == round) {
-        self->LookUp(0, round);
+        self->BeginRound();
       }
     });
   }
@@ -49,44 +56,61 @@ class DirectoryNames::Impl : public std::enable_shared_from_this<DirectoryNames:
   }
 
  private:
-  void LookUp(std::size_t index, unsigned round) {
-    if (index == names_.size()) {
-      return FinishRound(round);
-    }
-    resolver_.async_resolve(udp::v4(), names_[index], "",
-                            [weak = weak_from_this(), index, round](
-                                const asio::error_code& error, const udp::resolver::results_type& results) {
-                              if (const auto self = weak.lock(); self && self->round_ == round) {
-                                self->Take(self->names_[index], error, results);
-                                self->TellOfChange();
-                                self->LookUp(index + 1, round);
-                              }
-                            });
-  }
-
-  void Take(const std::string& name, const asio::error_code& error,
-            const udp::resolver::results_type& results) {
-    if (error) {
-      log_.Write(LogKind::kProblem, "net.slp.DAAddresses names " + name +
-                                        ", which is not found: " + error.message() + "; looking again in " +
-                                        std::to_string(again_.count()) + " seconds");
+  void BeginRound() {
+    missing_ = names_.size();
+    if (missing_ == 0) {
       return;
     }
-    std::vector<std::string>& addresses = addresses_[name];
-    addresses.clear();
-    for (const auto& result : results) {
-      addresses = ListUnion(std::move(addresses), {result.endpoint().address().to_string()});
+    lookups_.emplace(
+        [this, round = round_](const HostQuery& query, const HostAnswer& answer) {
+          asio::post(io_, [weak = weak_from_this(), round, query, answer] {
+            if (const auto self = weak.lock(); self && self->round_ == round) {
+              self->Take(query.name, answer);
+            }
+          });
+        },
+        resolve_);
+    for (const std::string& name : names_) {
+      lookups_->Begin({name, ipv6_});
     }
   }
 
-  void FinishRound(unsigned round) {
-    if (names_.empty()) {
-      return;
+  void Take(const std::string& name, const HostAnswer& answer) {
+    if (answer.error) {
+      TakeFailure(name, answer.error);
+    } else {
+      retries_.erase(name);
+      std::vector<std::string>& addresses = addresses_[name];
+      addresses.clear();
+      for (const asio::ip::address& address : answer.addresses) {
+        addresses.push_back(address.to_string());
+      }
+      TellOfChange();
     }
-    timer_.expires_after(again_);
-    timer_.async_wait([weak = weak_from_this(), round](const asio::error_code& error) {
+    if (--missing_ == 0) {
+      PlanRound();
+    }
+  }
+
+  void TakeFailure(const std::string& name, const asio::error_code& error) {
+    const auto [retry, first] = retries_.try_emplace(name, first_retry_);
+    if (first) {
+      log_.Write(LogKind::kProblem, "net.slp.DAAddresses names " + name + ", which is not found: " +
+                                        error.message() + "; looking again until it is");
+    } else {
+      retry->second = std::min<Instant>(retry->second * 2, again_);
+    }
+  }
+
+  void PlanRound() {
+    Instant wait = again_;
+    for (const auto& [name, retry] : retries_) {
+      wait = std::min(wait, retry);
+    }
+    timer_.expires_after(wait);
+    timer_.async_wait([weak = weak_from_this(), round = round_](const asio::error_code& error) {
       if (const auto self = weak.lock(); self && !error && self->round_ == round) {
-        self->LookUp(0, round);
+        self->BeginRound();
       }
     });
   }
@@ -99,24 +123,30 @@ class DirectoryNames::Impl : public std::enable_shared_from_this<DirectoryNames:
   }
 
   asio::io_context& io_;
-  udp::resolver resolver_;
   asio::steady_timer timer_;
   Log& log_;
   const std::function<void()> changed_;
+  const HostLookups::Resolve resolve_;
+  const Instant first_retry_;
   std::vector<std::string> names_;
+  bool ipv6_ = false;
   Seconds again_{0};
   std::map<std::string, std::vector<std::string>> addresses_;  ///< by name
+  std::map<std::string, Instant> retries_;                     ///< the waits of those that are not found
   std::vector<std::string> told_;
   unsigned round_ = 0;
+  std::size_t missing_ = 0;  ///< answers of this round
+  std::optional<HostLookups> lookups_;
 };
 
-DirectoryNames::DirectoryNames(asio::io_context& io, Log& log, std::function<void()> changed)
-    : impl_(std::make_shared<Impl>(io, log, std::move(changed))) {}
+DirectoryNames::DirectoryNames(asio::io_context& io, Log& log, std::function<void()> changed,
+                               HostLookups::Resolve resolve, Instant first_retry)
+    : impl_(std::make_shared<Impl>(io, log, std::move(changed), std::move(resolve), first_retry)) {}
 
 DirectoryNames::~DirectoryNames() = default;
 
-void DirectoryNames::Apply(const std::vector<std::string>& names, Seconds again) {
-  impl_->Apply(names, again);
+void DirectoryNames::Apply(const std::vector<std::string>& names, bool ipv6, Seconds again) {
+  impl_->Apply(names, ipv6, again);
 }
 
 std::vector<std::string> DirectoryNames::Addresses() const {

@@ -5,6 +5,7 @@
 
 #include "net/addresses.h"
 #include "slpd/directory/advertisement.h"
+#include "slpd/earlier.h"
 #include "slpd/server/message_text.h"
 #include "text/string_list.h"
 #include "wire/codec.h"
@@ -12,15 +13,9 @@
 namespace slp {
 namespace {
 
-constexpr std::chrono::seconds kStreamLimit{15};
-
 /// How often configured names are looked up when no interval for searches is set (CONFIG_DA_FIND, RFC 2608
 /// section 13).
 constexpr Seconds kNamesAgain{900};
-
-std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::optional<Instant>& other) {
-  return one && other ? std::min(one, other) : (one ? one : other);
-}
 
 }  // namespace
 
@@ -60,7 +55,7 @@ void DirectoryTraffic::Apply(const AgentSettings& settings, const Properties& pr
       configured = address->to_string();
     }
   }
-  names_.Apply(client_settings_.names,
+  names_.Apply(client_settings_.names, client_settings_.ipv6,
                client_settings_.interval > Seconds(0) ? client_settings_.interval : kNamesAgain);
   UseNames(now);
   for (const std::string& problem : problems) {
@@ -80,10 +75,11 @@ bool DirectoryTraffic::Wants(std::span<const std::uint8_t> message) {
                     header->function == static_cast<std::uint8_t>(FunctionId::kSrvAck));
 }
 
-void DirectoryTraffic::TakeMessage(const Message& message, const RequestOrigin& origin, Instant now) {
+void DirectoryTraffic::TakeMessage(const Message& message, std::size_t size, const RequestOrigin& origin,
+                                   Instant now) {
   TraceMessage("from ", origin.address, message);
   if (message.function() == FunctionId::kDaAdvert) {
-    client_.OnAdvertisement(message, origin, now);
+    client_.OnAdvertisement(message, size, origin, now);
   } else if (message.function() == FunctionId::kSrvAck) {
     client_.OnAcknowledgment(message, origin, now);
   }
@@ -152,7 +148,7 @@ void DirectoryTraffic::SendByStream(const DirectoryPeer& peer, const Message& me
   }
   const Sender sender{address, *local, Transport::kTcp};
   stream = StreamRequest::Start(
-      io_, {*local, 0}, {address, listeners_.port()}, std::move(bytes).value(), kStreamLimit,
+      io_, {*local, 0}, {address, listeners_.port()}, std::move(bytes).value(), kLongestStream,
       [this, sender](std::span<const std::uint8_t> reply) { on_reply_(reply, sender); });
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <asio/io_context.hpp>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -15,7 +16,7 @@
 #include "slpd/directory/advertiser.h"
 #include "slpd/directory/directory_client.h"
 #include "slpd/directory/directory_wire.h"
-#include "slpd/registry.h"
+#include "slpd/registry/registry.h"
 #include "slpd/seconds.h"
 #include "slpd/server/directory_names.h"
 #include "slpd/server/listeners.h"
@@ -51,8 +52,8 @@ class DirectoryTraffic : private DirectoryWire {
   /// Whether a message that begins with `message` is one that TakeMessage understands.
   static bool Wants(std::span<const std::uint8_t> message);
 
-  /// An advertisement or acknowledgment of another agent.
-  void TakeMessage(const Message& message, const RequestOrigin& origin, Instant now);
+  /// An advertisement or acknowledgment of another agent, `size` bytes long.
+  void TakeMessage(const Message& message, std::size_t size, const RequestOrigin& origin, Instant now);
 
   /// Sends what is due.
   void Tick(Instant now);
@@ -69,7 +70,10 @@ class DirectoryTraffic : private DirectoryWire {
   /// The daemon ends: a directory agent says so.
   void SayFarewell();
 
-  std::vector<std::string> KnownAgents(const std::vector<std::string>& scopes) const {
+  /// The URLs of the directory agents that a program is told to ask. Whether they are still there is found
+  /// out for the next one by what the next Tick sends.
+  std::vector<std::string> KnownAgents(const std::vector<std::string>& scopes, Instant now) {
+    client_.CheckSoon(now);
     return client_.Serving(scopes);
   }
 

@@ -34,7 +34,7 @@ ListenPlan MakeListenPlan(const Properties& properties, const std::vector<Interf
   const InterfaceSelection selection = SelectInterfaces(all, properties.GetStringList("net.slp.interfaces"));
   for (const Interface& entry : selection.interfaces) {
     const bool group = entry.address.is_v4() || !StandsBehind(entry, selection.interfaces);
-    plan.places.push_back({entry.address, entry.name, group, entry.index});
+    plan.places.push_back({entry.address, entry.name, group, entry.index, entry.netmask});
   }
   for (const std::string& unknown : selection.unknown) {
     problems.push_back("net.slp.interfaces names " + unknown +

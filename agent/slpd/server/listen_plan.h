@@ -18,6 +18,7 @@ struct ListenPlace {
   std::string interface_name;
   bool group = false;                 ///< hears the SLP group, too; with IPv6 all of GroupsFor
   std::uint32_t interface_index = 0;  ///< as in Interface
+  asio::ip::address netmask{};        ///< of the network that the address is in
   bool operator==(const ListenPlace&) const = default;
 };
 

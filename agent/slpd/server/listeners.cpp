@@ -1,6 +1,7 @@
 #include "slpd/server/listeners.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "net/addresses.h"
 #include "net/interfaces.h"
@@ -52,6 +53,21 @@ std::vector<asio::ip::address> GroupsToTell(const asio::ip::address& local) {
           Ipv6Group(GroupReach::kSite, kDirectoryAgentsGroup)};
 }
 
+std::set<asio::ip::address> GroupsOfTypes(const std::vector<std::uint16_t>& numbers) {
+  std::set<asio::ip::address> groups;
+  for (const std::uint16_t number : numbers) {
+    groups.insert(Ipv6Group(GroupReach::kLink, kTypeGroupsBegin + number));
+    groups.insert(Ipv6Group(GroupReach::kSite, kTypeGroupsBegin + number));
+  }
+  return groups;
+}
+
+// Whether requests for some types of services are sent to it, and nothing else.
+bool IsOfTypes(const asio::ip::address& group) {
+  const std::vector<asio::ip::address> others = GroupsFor(group);
+  return std::find(others.begin(), others.end(), group) == others.end();
+}
+
 }  // namespace
 
 void Listeners::Place::Start() const {
@@ -59,16 +75,8 @@ void Listeners::Place::Start() const {
   stream->Start();
 }
 
-void Listeners::Place::Close() const {
-  unicast->Close();
-  stream->Close();
-  for (const auto& group : groups) {
-    group->Close();
-  }
-}
-
 Listeners::Listeners(asio::io_context& io, MessageReceiver& receiver, const ConnectionLimits& limits)
-    : io_(io), receiver_(receiver), connections_(receiver, limits) {}
+    : io_(io), receiver_(receiver), connections_(receiver, limits), agent_groups_(io), type_groups_(io) {}
 
 Listeners::~Listeners() {
   Close();
@@ -77,8 +85,9 @@ Listeners::~Listeners() {
 // Steps:
 // 1. Open what the plan wants and is not open yet; what fails is told.
 // 2. With nothing open at the end, leave all as it was.
-// 3. Close what the plan no longer wants, start what is new.
-// 4. Join or leave the group where the plan has changed.
+// 3. Close what the plan no longer wants, start what is new. An interface that has left and come back is
+//    another one, whatever its address.
+// 4. Join and leave groups until each place is in those that it is to hear.
 bool Listeners::Apply(const ListenPlan& plan, std::vector<std::string>& problems) {
   std::map<Key, Place> next;
   std::vector<Key> opened;
@@ -97,39 +106,63 @@ bool Listeners::Apply(const ListenPlan& plan, std::vector<std::string>& problems
   if (next.empty()) {
     return false;
   }
-  for (const auto& [key, place] : places_) {
+  for (auto& [key, place] : places_) {
     if (next.count(key) == 0) {
-      place.Close();
+      Close(place);
     }
   }
-  const bool broadcast_changed = plan.broadcast != plan_.broadcast || plan.port != plan_.port;
+  const bool broadcast_stays = broadcast_ && plan.broadcast == plan_.broadcast && plan.port == plan_.port;
   places_ = std::move(next);
+  if (plan.multicast_hops != plan_.multicast_hops) {
+    for (const auto& [key, place] : places_) {
+      place.unicast->SetGroupHops(plan.multicast_hops);
+    }
+  }
   plan_ = plan;
   for (const Key& key : opened) {
     places_.at(key).Start();
   }
   for (const ListenPlace& wanted : plan.places) {
-    const auto place = places_.find({wanted.address, plan.port});
-    if (place == places_.end() || wanted.group == place->second.in_group) {
-      continue;
-    }
-    if (wanted.group) {
-      OpenGroup(place->second, wanted, plan, problems);
-    } else {
-      LeaveGroup(wanted.address, place->second);
-    }
+    LeaveUnwanted(wanted);
   }
-  if (broadcast_changed) {
+  for (const ListenPlace& wanted : plan.places) {
+    JoinMissing(wanted, GroupsWanted(wanted), problems);
+  }
+  if (!broadcast_stays) {
     OpenBroadcast(plan, problems);
   }
   return true;
 }
 
+// Only what has changed is looked at: registrations come in floods.
+void Listeners::HearTypes(std::vector<std::uint16_t> numbers, std::vector<std::string>& problems) {
+  std::vector<std::uint16_t> added;
+  std::vector<std::uint16_t> gone;
+  std::set_difference(numbers.begin(), numbers.end(), types_.begin(), types_.end(),
+                      std::back_inserter(added));
+  std::set_difference(types_.begin(), types_.end(), numbers.begin(), numbers.end(), std::back_inserter(gone));
+  types_ = std::move(numbers);
+  for (auto& [key, place] : places_) {
+    for (const asio::ip::address& group : GroupsOfTypes(gone)) {
+      if (place.joined.count(group) > 0) {
+        Leave(place, group);
+      }
+    }
+  }
+  for (const ListenPlace& wanted : plan_.places) {
+    if (wanted.group && wanted.address.is_v6()) {
+      JoinMissing(wanted, GroupsOfTypes(added), problems);
+    }
+  }
+}
+
 void Listeners::Close() {
-  for (const auto& [key, place] : places_) {
-    place.Close();
+  for (auto& [key, place] : places_) {
+    Close(place);
   }
   places_.clear();
+  agent_groups_.Close();
+  type_groups_.Close();
   if (broadcast_) {
     broadcast_->Close();
     broadcast_.reset();
@@ -143,7 +176,7 @@ void Listeners::SendToAll(bool broadcast,
   for (const auto& [key, place] : places_) {
     const bool by_broadcast =
         broadcast && !plan_.broadcast.is_unspecified() && key.first.is_v4() && !key.first.is_loopback();
-    if (!place.in_group) {
+    if (place.joined.empty()) {
       continue;
     }
     const Bytes bytes = message(key.first);
@@ -203,18 +236,21 @@ std::vector<std::string> Listeners::ServedAddresses() const {
   return addresses;
 }
 
+// Others are kept off an address of IPv4 by its datagram socket, off one of IPv6 by its acceptor, which
+// therefore comes first.
 std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const ListenPlan& plan,
                                                 std::vector<std::string>& problems) {
   udp::socket unicast(io_);
-  if (const auto error = OpenUnicastSocket(unicast, {wanted.address, plan.port}, plan.multicast_hops,
-                                           wanted.interface_index)) {
-    problems.push_back(CannotServe("UDP", wanted.address, plan.port, wanted.interface_name, error));
-    return std::nullopt;
-  }
   tcp::acceptor acceptor(io_);
-  if (const auto error = OpenAcceptor(acceptor, {wanted.address, plan.port})) {
-    problems.push_back(CannotServe("TCP", wanted.address, plan.port, wanted.interface_name, error));
-    return std::nullopt;
+  for (const bool streams : {wanted.address.is_v6(), wanted.address.is_v4()}) {
+    const auto error = streams ? OpenAcceptor(acceptor, {wanted.address, plan.port})
+                               : OpenUnicastSocket(unicast, {wanted.address, plan.port}, plan.multicast_hops,
+                                                   wanted.interface_index);
+    if (error) {
+      problems.push_back(
+          CannotServe(streams ? "TCP" : "UDP", wanted.address, plan.port, wanted.interface_name, error));
+      return std::nullopt;
+    }
   }
   Place place;
   place.unicast = std::make_shared<DatagramListener>(std::move(unicast), receiver_);
@@ -223,46 +259,102 @@ std::optional<Listeners::Place> Listeners::Open(const ListenPlace& wanted, const
   return place;
 }
 
-// A place that hears one of its groups is in them; what the others lack is told once.
-void Listeners::OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
-                          std::vector<std::string>& problems) {
-  asio::error_code first_error;
-  for (const asio::ip::address& group : GroupsFor(wanted.address)) {
-    udp::socket socket(io_);
-    const bool by_unicast_socket = UnicastSocketHearsGroup(wanted.address);
-    const auto error =
-        by_unicast_socket ? place.unicast->Join(group, wanted.interface_index)
-                          : OpenGroupSocket(socket, group, plan.port, wanted.address, wanted.interface_index);
-    if (error) {
-      first_error = first_error ? first_error : error;
-      continue;
-    }
-    place.in_group = true;
-    if (!by_unicast_socket) {
-      place.groups.push_back(std::make_shared<DatagramListener>(
-          std::move(socket), receiver_,
-          [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); }));
-      place.groups.back()->Start();
+void Listeners::Close(Place& place) {
+  while (!place.joined.empty()) {
+    const asio::ip::address group = *place.joined.begin();
+    Leave(place, group);
+  }
+  place.unicast->Close();
+  place.stream->Close();
+}
+
+std::set<asio::ip::address> Listeners::GroupsWanted(const ListenPlace& wanted) const {
+  std::set<asio::ip::address> groups;
+  if (!wanted.group) {
+    return groups;
+  }
+  const std::vector<asio::ip::address> fixed = GroupsFor(wanted.address);
+  groups.insert(fixed.begin(), fixed.end());
+  if (wanted.address.is_v6()) {
+    groups.merge(GroupsOfTypes(types_));
+  }
+  return groups;
+}
+
+// On another interface than before there are no memberships any more.
+void Listeners::LeaveUnwanted(const ListenPlace& wanted) {
+  const auto found = places_.find({wanted.address, plan_.port});
+  if (found == places_.end()) {
+    return;
+  }
+  Place& place = found->second;
+  const std::set<asio::ip::address> groups = GroupsWanted(wanted);
+  const bool moved = place.interface_index != wanted.interface_index;
+  for (const asio::ip::address& group : std::set(place.joined)) {
+    if (moved || groups.count(group) == 0) {
+      Leave(place, group);
     }
   }
-  if (first_error) {
-    problems.push_back("multicast requests are not heard on " + wanted.address.to_string() + " (" +
-                       wanted.interface_name + "): " + first_error.message());
+  if (moved) {
+    place.interface_index = wanted.interface_index;
+    static_cast<void>(place.unicast->SendGroupsBy(wanted.interface_index));
   }
 }
 
-void Listeners::LeaveGroup(const asio::ip::address& address, Place& place) {
-  for (const auto& group : place.groups) {
-    group->Close();
-  }
-  if (place.groups.empty()) {
-    for (const asio::ip::address& group : GroupsFor(address)) {
-      // A membership that is already gone, with its interface, needs no leaving.
-      static_cast<void>(place.unicast->Leave(group, place.interface_index));
+// Why something is not heard is told once for all groups of a kind.
+void Listeners::JoinMissing(const ListenPlace& wanted, const std::set<asio::ip::address>& groups,
+                            std::vector<std::string>& problems) {
+  const auto place = places_.find({wanted.address, plan_.port});
+  std::set<std::string> unheard;
+  for (const asio::ip::address& group : groups) {
+    if (place == places_.end() || place->second.joined.count(group) > 0) {
+      continue;
+    }
+    if (const auto error = Join(place->second, group)) {
+      unheard.insert((IsOfTypes(group) ? "requests by multicast for some types of services are not heard on "
+                                       : "multicast requests are not heard on ") +
+                     wanted.address.to_string() + " (" + wanted.interface_name + "): " + error.message());
     }
   }
-  place.groups.clear();
-  place.in_group = false;
+  problems.insert(problems.end(), unheard.begin(), unheard.end());
+}
+
+asio::error_code Listeners::Join(Place& place, const asio::ip::address& group) {
+  const asio::ip::address& local = place.unicast->local_address();
+  asio::error_code error;
+  if (UnicastSocketHearsGroup(local)) {
+    error = place.unicast->Join(group, place.interface_index);
+  } else if (group.is_v6()) {
+    error = (IsOfTypes(group) ? type_groups_ : agent_groups_)
+                .Join({group.to_v6(), place.interface_index}, plan_.port, place.unicast);
+  } else {
+    udp::socket socket(io_);
+    error = OpenGroupSocket(socket, group.to_v4(), plan_.port, local.to_v4());
+    if (!error) {
+      place.group = std::make_shared<DatagramListener>(
+          std::move(socket), receiver_,
+          [reply_by = place.unicast](const asio::ip::address&) { return reply_by.get(); });
+      place.group->Start();
+    }
+  }
+  if (!error) {
+    place.joined.insert(group);
+  }
+  return error;
+}
+
+// A membership that is already gone, with its interface, needs no leaving.
+void Listeners::Leave(Place& place, const asio::ip::address& group) {
+  place.joined.erase(group);
+  if (UnicastSocketHearsGroup(place.unicast->local_address())) {
+    static_cast<void>(place.unicast->Leave(group, place.interface_index));
+  } else if (group.is_v6()) {
+    (IsOfTypes(group) ? type_groups_ : agent_groups_)
+        .Leave({group.to_v6(), place.interface_index}, place.unicast->port());
+  } else {
+    place.group->Close();
+    place.group.reset();
+  }
 }
 
 void Listeners::OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems) {
@@ -286,13 +378,11 @@ void Listeners::OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& 
 }
 
 DatagramListener* Listeners::ListenerFacing(const asio::ip::address& sender) const {
-  std::vector<Interface> all = EnumerateInterfaces(sender.is_v6());
-  std::erase_if(all, [this](const Interface& entry) {
-    return places_.count({entry.address, plan_.port}) == 0;
-  });
-  for (const Interface& entry : all) {
-    if (IsOnOwnNetwork({entry}, sender)) {
-      return places_.at({entry.address, plan_.port}).unicast.get();
+  for (const ListenPlace& planned : plan_.places) {
+    const auto place = places_.find({planned.address, plan_.port});
+    const Interface network{planned.interface_name, planned.address, planned.netmask, true};
+    if (place != places_.end() && IsOnOwnNetwork({network}, sender)) {
+      return place->second.unicast.get();
     }
   }
   return nullptr;

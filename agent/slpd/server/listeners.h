@@ -6,12 +6,14 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "slpd/server/connection_limits.h"
 #include "slpd/server/datagram_listener.h"
+#include "slpd/server/group_members.h"
 #include "slpd/server/listen_plan.h"
 #include "slpd/server/message_receiver.h"
 #include "slpd/server/stream_listener.h"
@@ -27,9 +29,15 @@ class Listeners {
   ~Listeners();
 
   /// Brings the sockets in line with the plan; places that stay as they are keep their sockets, and
-  /// connections are never cut. A place that can't be opened is told in `problems` and costs the others
-  /// nothing. False when nothing of the plan could be opened; then everything stays as it was.
+  /// connections are never cut. A place that can't be opened, or a group that can't be heard, is told in
+  /// `problems` and costs the others nothing; the next call tries it again. False when nothing of the plan
+  /// could be opened; then everything stays as it was.
   [[nodiscard]] bool Apply(const ListenPlan& plan, std::vector<std::string>& problems);
+
+  /// Hears the groups of IPv6 with these numbers, as TypeGroupNumber gives them, ascending, and no other
+  /// ones, at each place that hears groups, now and in later plans. What can't be heard is told in
+  /// `problems`.
+  void HearTypes(std::vector<std::uint16_t> numbers, std::vector<std::string>& problems);
 
   void Close();
 
@@ -62,26 +70,33 @@ class Listeners {
  private:
   struct Place {
     std::shared_ptr<DatagramListener> unicast;
-    std::vector<std::shared_ptr<DatagramListener>> groups;
+    std::shared_ptr<DatagramListener> group;  ///< with IPv4, where the unicast socket does not hear it
     std::shared_ptr<StreamListener> stream;
-    bool in_group = false;
+    std::set<asio::ip::address> joined;
     std::uint32_t interface_index = 0;
     void Start() const;
-    void Close() const;
   };
   using Key = std::pair<asio::ip::address, std::uint16_t>;
 
   std::optional<Place> Open(const ListenPlace& wanted, const ListenPlan& plan,
                             std::vector<std::string>& problems);
-  void OpenGroup(Place& place, const ListenPlace& wanted, const ListenPlan& plan,
-                 std::vector<std::string>& problems);
-  static void LeaveGroup(const asio::ip::address& address, Place& place);
+  void Close(Place& place);
+  std::set<asio::ip::address> GroupsWanted(const ListenPlace& wanted) const;
+  void LeaveUnwanted(const ListenPlace& wanted);
+  void JoinMissing(const ListenPlace& wanted, const std::set<asio::ip::address>& groups,
+                   std::vector<std::string>& problems);
+  asio::error_code Join(Place& place, const asio::ip::address& group);
+  void Leave(Place& place, const asio::ip::address& group);
   void OpenBroadcast(const ListenPlan& plan, std::vector<std::string>& problems);
   DatagramListener* ListenerFacing(const asio::ip::address& sender) const;
 
   asio::io_context& io_;
   MessageReceiver& receiver_;
   ConnectionTable connections_;
+  // Types may be many; what they take up is not taken from the other groups.
+  GroupMembers agent_groups_;
+  GroupMembers type_groups_;
+  std::vector<std::uint16_t> types_;
   std::map<Key, Place> places_;
   std::shared_ptr<DatagramListener> broadcast_;
   ListenPlan plan_;

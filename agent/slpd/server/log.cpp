@@ -1,9 +1,8 @@
 #include "slpd/server/log.h"
 
-#include <cerrno>
 #include <ctime>
-#include <fstream>
-#include <system_error>
+
+#include "slpd/server/log_file.h"
 
 namespace slp {
 namespace {
@@ -15,12 +14,13 @@ struct KindRow {
 
 // In the order of LogKind. State lines come from the administrator's own deeds and a few per connection at
 // most.
-constexpr std::array<KindRow, 5> kKinds{{
+constexpr std::array<KindRow, 6> kKinds{{
     {"state", 600},
     {"problem", 120},
     {"registration", 6000},
     {"message", 6000},
     {"drop", 600},
+    {"refusal", 1},
 }};
 
 constexpr std::chrono::minutes kPeriod{1};
@@ -60,10 +60,8 @@ std::string LocalTime(std::chrono::system_clock::time_point time) {
 Log::Log(std::ostream& stream, Clock clock) : stream_(&stream), clock_(std::move(clock)) {}
 
 bool Log::Open(const std::string& path, bool append, std::string& problem) {
-  errno = 0;
-  auto file = std::make_unique<std::ofstream>(path, append ? std::ios::app : std::ios::trunc);
-  if (!*file) {
-    problem = "cannot open the log file " + path + ": " + std::generic_category().message(errno);
+  auto file = OpenLogFile(path, append, problem);
+  if (file == nullptr) {
     return false;
   }
   file_ = std::move(file);

@@ -19,6 +19,7 @@ enum class LogKind {
   kRegistration,  ///< net.slp.traceReg
   kMessage,       ///< net.slp.traceMsg
   kDrop,          ///< net.slp.traceDrop
+  kRefusal,       ///< a registration that another host may not make, a request that asks for too much
 };
 
 class Log {
@@ -52,7 +53,7 @@ class Log {
   std::unique_ptr<std::ostream> file_;
   Clock clock_;
   std::function<void(std::string_view)> tell_problem_;
-  std::array<Allowance, 5> allowances_;
+  std::array<Allowance, 6> allowances_;
 };
 
 }  // namespace slp

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <asio/ip/address.hpp>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -18,11 +19,17 @@ struct Sender {
   asio::ip::address address;
   asio::ip::address local;  ///< of the interface that the message came through
   Transport transport = Transport::kUdpUnicast;
+  bool to_link = false;  ///< sent to a group of IPv6 that does not reach beyond the link
 };
 
 class MessageReceiver {
  public:
   virtual ~MessageReceiver() = default;
+
+  /// How long a message that came by a stream, where nobody repeats it, has to wait until it can be answered;
+  /// 0: not at all. Asked again when the wait is over.
+  virtual std::chrono::milliseconds WaitBefore(std::span<const std::uint8_t> message,
+                                               const Sender& sender) = 0;
 
   /// One message; the answer goes back to where it came from.
   virtual std::optional<Bytes> OnMessage(std::span<const std::uint8_t> message, const Sender& sender) = 0;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "slpd/registration.h"
+#include "slpd/registry/registration.h"
 #include "slpd/request_origin.h"
 #include "wire/messages.h"
 

@@ -95,7 +95,16 @@ void PeerConnection::OnRead(const asio::error_code& error, std::size_t size) {
   Next();
 }
 
+// The framer holds the message until the next one is asked for, which comes after the answer.
 void PeerConnection::Answer(std::span<const std::uint8_t> message) {
+  if (const auto wait = receiver_->WaitBefore(message, sender_); wait > wait.zero()) {
+    deadline_.expires_after(wait);
+    return deadline_.async_wait([self = shared_from_this(), message](const asio::error_code& error) {
+      if (!error && self->receiver_ != nullptr) {
+        self->Answer(message);
+      }
+    });
+  }
   auto reply = receiver_->OnMessage(message, sender_);
   if (receiver_ == nullptr) {
     return;

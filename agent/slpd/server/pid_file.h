@@ -26,7 +26,8 @@ class PidFile {
   ~PidFile();
 
   /// Creates the file if need be, locks and empties it. `problem` is set when the outcome is not kLocked. A
-  /// short lock by someone who only looks whether a daemon runs is waited for, up to a fifth of a second.
+  /// short lock by someone who only looks whether a daemon runs is waited for, up to a fifth of a second. On
+  /// POSIX systems it must be a regular file, no symbolic link, and have no second name.
   Outcome Lock(const std::string& path, std::string& problem);
 
   /// Says that the daemon serves. Whether it could be written.

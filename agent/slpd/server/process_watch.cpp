@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "slpd/server/processes.h"
-
 namespace slp {
 namespace {
 
@@ -18,14 +16,18 @@ constexpr std::chrono::seconds kPollInterval{1};
 
 class ProcessWatch::Impl : public std::enable_shared_from_this<ProcessWatch::Impl> {
  public:
-  Impl(asio::io_context& io, Ended ended, Method method)
-      : io_(io), ended_(std::move(ended)), method_(method), poll_timer_(io) {}
+  Impl(asio::io_context& io, Ended ended, std::size_t most_notices, Look look)
+      : io_(io),
+        ended_(std::move(ended)),
+        most_notices_(most_notices),
+        look_(std::move(look)),
+        poll_timer_(io) {}
 
   bool Watch(std::uint32_t process_id) {
     if (notified_.count(process_id) > 0 || polled_.count(process_id) > 0) {
       return true;
     }
-    if (method_ == Method::kNotified) {
+    if (notified_.size() < most_notices_) {
       if (auto notice = ProcessNotice::Order(io_, process_id)) {
         notice->Wait([self = shared_from_this(), process_id](const asio::error_code& error) {
           if (!error && self->notified_.erase(process_id) > 0) {
@@ -55,7 +57,8 @@ class ProcessWatch::Impl : public std::enable_shared_from_this<ProcessWatch::Imp
 
  private:
   bool Poll(std::uint32_t process_id) {
-    const auto identity = ProcessesNow().IdentityOf(process_id);
+    const auto now = look_();
+    const auto identity = now->known() ? now->IdentityOf(process_id) : "";
     if (!identity) {
       return false;
     }
@@ -71,16 +74,16 @@ class ProcessWatch::Impl : public std::enable_shared_from_this<ProcessWatch::Imp
     poll_timer_.expires_after(kPollInterval);
     poll_timer_.async_wait([self = shared_from_this()](const asio::error_code& error) {
       if (!error) {
-        self->Look();
+        self->LookForAll();
       }
     });
   }
 
-  void Look() {
+  void LookForAll() {
     std::vector<std::uint32_t> gone;
-    const ProcessesNow now;
-    for (const auto& [process_id, identity] : polled_) {
-      if (now.known() && now.IdentityOf(process_id) != identity) {
+    const auto now = look_();
+    for (auto& [process_id, identity] : polled_) {
+      if (now->known() && !IsStillThere(identity, now->IdentityOf(process_id))) {
         gone.push_back(process_id);
       }
     }
@@ -94,16 +97,29 @@ class ProcessWatch::Impl : public std::enable_shared_from_this<ProcessWatch::Imp
     }
   }
 
+  // Whether the process of identity `before` is the one that is there now. What hasn't been known so far is
+  // taken down.
+  static bool IsStillThere(std::string& before, const std::optional<std::string>& now) {
+    if (!now) {
+      return false;
+    }
+    if (before.empty()) {
+      before = *now;
+    }
+    return now->empty() || *now == before;
+  }
+
   asio::io_context& io_;
   Ended ended_;
-  Method method_;
+  std::size_t most_notices_;
+  Look look_;
   std::map<std::uint32_t, std::unique_ptr<ProcessNotice>> notified_;
-  std::map<std::uint32_t, std::string> polled_;
+  std::map<std::uint32_t, std::string> polled_;  // their identities
   asio::steady_timer poll_timer_;
 };
 
-ProcessWatch::ProcessWatch(asio::io_context& io, Ended ended, Method method)
-    : impl_(std::make_shared<Impl>(io, std::move(ended), method)) {}
+ProcessWatch::ProcessWatch(asio::io_context& io, Ended ended, std::size_t most_notices, Look look)
+    : impl_(std::make_shared<Impl>(io, std::move(ended), most_notices, std::move(look))) {}
 
 ProcessWatch::~ProcessWatch() {
   impl_->Close();

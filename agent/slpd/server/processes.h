@@ -19,7 +19,8 @@ class ProcessNotice {
   ProcessNotice& operator=(const ProcessNotice&) = delete;
   virtual ~ProcessNotice() = default;
 
-  /// None when there is no such process, or the system gives this one no notice about it.
+  /// None when there is no such process, or the system gives this one no notice about it. Each takes a
+  /// descriptor or a handle.
   static std::unique_ptr<ProcessNotice> Order(asio::io_context& io, std::uint32_t process_id);
 
   /// Calls `ended` once, from the loop: with an error when the order was taken back.
@@ -29,21 +30,20 @@ class ProcessNotice {
 /// The processes of one moment, those of other users among them.
 class ProcessesNow {
  public:
-  ProcessesNow();
+  ProcessesNow() = default;
   ProcessesNow(const ProcessesNow&) = delete;
   ProcessesNow& operator=(const ProcessesNow&) = delete;
-  ~ProcessesNow();
+  virtual ~ProcessesNow() = default;
+
+  /// Never null.
+  static std::unique_ptr<ProcessesNow> Look();
 
   /// Whether the system could tell. If not, nothing below holds; ask again later.
-  bool known() const;
+  virtual bool known() const = 0;
 
-  /// A text by which a process is told apart from another one that gets its number later, as far as the
-  /// system says so; none when there is no such process, or it has ended.
-  std::optional<std::string> IdentityOf(std::uint32_t process_id) const;
-
- private:
-  struct Look;
-  std::unique_ptr<Look> look_;
+  /// A text by which a process is told apart from another one that gets its number later, empty where the
+  /// system doesn't say; none when there is no such process, or it has ended.
+  virtual std::optional<std::string> IdentityOf(std::uint32_t process_id) const = 0;
 };
 
 }  // namespace slp

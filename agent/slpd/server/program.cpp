@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "slpd/registration_file.h"
+#include "slpd/registry/registration_file.h"
 #include "slpd/server/command_line.h"
 #include "slpd/server/daemon.h"
 #include "slpd/server/foreground.h"
@@ -27,8 +27,8 @@ ExitStatus Check(const CommandLine& command_line) {
   Log log(std::cerr, [] { return std::chrono::system_clock::now(); });
   Trace events(log);
   Registry registry(events);
-  const std::size_t count =
-      LoadRegistrationFile(configuration.settings, registry, Seconds(0), in_registrations);
+  const RegistrationFile file = ReadRegistrationFile(configuration.settings, in_registrations);
+  const std::size_t count = LoadRegistrations(file, registry, Seconds(0), in_registrations);
   for (const PropertyProblem& problem : in_registrations) {
     problems.push_back(problem.ToString());
   }

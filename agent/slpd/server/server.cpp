@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <asio/post.hpp>
-#include <fstream>
-#include <iterator>
 #include <random>
 
-#include "net/addresses.h"
-#include "slpd/registration_file.h"
+#include "slpd/earlier.h"
+#include "slpd/server/sender_origin.h"
 #include "wire/codec.h"
 
 namespace slp {
@@ -19,30 +17,8 @@ constexpr std::chrono::seconds kLongestEnd{2};
 // Boot timestamps count seconds: after so long the next start has another one.
 constexpr std::chrono::seconds kBootTimestampStep{1};
 
-// How long the list of the host's addresses is trusted while requests come in.
-constexpr std::chrono::seconds kInterfacesStayFor{5};
-
-// Whether every entry of the file can be used.
-bool CheckRegistrationFile(const AgentSettings& settings, std::string& reason) {
-  if (settings.registration_file.empty()) {
-    return true;
-  }
-  std::ifstream file(settings.registration_file, std::ios::binary);
-  if (!file) {
-    reason = settings.registration_file + ": cannot be opened";
-    return false;
-  }
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  std::vector<PropertyProblem> problems;
-  ParseRegistrationFile(text, settings.registration_file, settings.scopes, problems);
-  if (!problems.empty()) {
-    reason = problems.front().ToString();
-  }
-  return problems.empty();
-}
-
-std::vector<Interface> HostInterfaces(const Configuration& configuration) {
-  return EnumerateInterfaces(configuration.properties.GetBool("net.slp.useIPv6"));
+bool UsesIpv6(const Configuration& configuration) {
+  return configuration.properties.GetBool("net.slp.useIPv6");
 }
 
 std::string Joined(const std::vector<std::string>& texts, std::string_view separator) {
@@ -51,10 +27,6 @@ std::string Joined(const std::vector<std::string>& texts, std::string_view separ
     joined.append(joined.empty() ? "" : separator).append(text);
   }
   return joined;
-}
-
-std::optional<Instant> Earlier(const std::optional<Instant>& one, const std::optional<Instant>& other) {
-  return one && other ? std::min(one, other) : (one ? one : other);
 }
 
 }  // namespace
@@ -79,7 +51,7 @@ void Server::Events::OnRegistration(RegistrationEvent event, const RegistrationV
 }
 
 Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits,
-               WallClock wall_clock, DirectoryClient::Random random)
+               WallClock wall_clock, DirectoryClient::Random random, HostInterfaces::Source interfaces)
     : io_(io),
       log_(log),
       clock_(std::move(clock)),
@@ -99,6 +71,7 @@ Server::Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimi
           }),
       timer_(io),
       end_timer_(io),
+      host_interfaces_(io, log, std::move(interfaces), [this] { FollowInterfaces(); }),
       self_(this, [](Server*) {}) {}
 
 Server::~Server() {
@@ -111,25 +84,30 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
                                                 processes_to_review_.push_back(process_id);
                                                 return process_watch_.Watch(process_id);
                                               });
-  handler_->SetKnownAgents(
-      [this](const std::vector<std::string>& scopes) { return directory_traffic_.KnownAgents(scopes); });
+  handler_->SetKnownAgents([this](const std::vector<std::string>& scopes) {
+    return directory_traffic_.KnownAgents(scopes, clock_());
+  });
   // Registrations of the file are complete before the first request is taken (RFC 2614 section 2.4).
   configuration_ = configuration;
   events_.Configure(configuration.settings);
-  LoadRegistrations(configuration.settings);
+  std::vector<PropertyProblem> in_file;
+  const RegistrationFile file = ReadRegistrationFile(configuration.settings, in_file);
+  Tell(in_file);
+  LoadRegistrations(file);
 
+  // Before the interfaces are listed, so that no change of them goes unnoticed.
+  address_watch_ = std::make_unique<AddressWatch>(io_, [this] { FollowInterfaces(); });
   std::vector<std::string> problems;
-  if (!listeners_.Apply(MakeListenPlan(configuration.properties, HostInterfaces(configuration), problems),
-                        problems)) {
+  if (!listeners_.Apply(PlanFor(configuration, problems), problems)) {
+    address_watch_.reset();
     reason = Joined(problems, "; ");
     return false;
   }
-  for (const std::string& problem : problems) {
-    log_.Write(LogKind::kProblem, problem);
-  }
+  lasting_problems_.Start(problems, clock_());
+  ReviewProblemsLater();
+  Tell(problems);
   ApplySettings(configuration.settings);
   Settle();
-  address_watch_ = std::make_unique<AddressWatch>(io_, [this] { FollowInterfaces(); });
   log_.Write(LogKind::kState, "slpd: ready on " + Joined(listeners_.ServedEndpoints(), ", ") + ", scopes " +
                                   Joined(configuration.settings.scopes, ",") +
                                   (configuration.settings.directory_agent ? ", as directory agent" : ""));
@@ -137,42 +115,66 @@ bool Server::Start(const Configuration& configuration, std::string& reason) {
 }
 
 // Steps:
-// 1. The registration file must be usable in full.
+// 1. The registration file must be usable in full, and there must be room for all of it.
 // 2. Open new sockets; with none of them open, nothing has changed.
 // 3. Only then the settings and the file's registrations change.
 bool Server::Reload(const Configuration& configuration, std::string& reason) {
-  if (!CheckRegistrationFile(configuration.settings, reason)) {
+  std::vector<PropertyProblem> in_file;
+  const RegistrationFile file = ReadRegistrationFile(configuration.settings, in_file);
+  CheckRoom(file, registry_, in_file);
+  if (!in_file.empty()) {
+    reason = in_file.front().ToString();
     return false;
   }
   std::vector<std::string> problems;
-  if (!listeners_.Apply(MakeListenPlan(configuration.properties, HostInterfaces(configuration), problems),
-                        problems)) {
+  if (!listeners_.Apply(PlanFor(configuration, problems), problems)) {
     reason = Joined(problems, "; ");
     return false;
   }
-  for (const std::string& problem : problems) {
-    log_.Write(LogKind::kProblem, problem);
-  }
+  lasting_problems_.Start(problems, clock_());
+  ReviewProblemsLater();
+  Tell(problems);
   configuration_ = configuration;
   ApplySettings(configuration.settings);
-  LoadRegistrations(configuration.settings);
+  LoadRegistrations(file);
   Settle();
   log_.Write(LogKind::kState, "slpd: reloaded, serving " + Joined(listeners_.ServedEndpoints(), ", ") +
                                   ", scopes " + Joined(configuration.settings.scopes, ","));
   return true;
 }
 
+void Server::Tell(const std::vector<std::string>& problems) {
+  for (const std::string& problem : problems) {
+    log_.Write(LogKind::kProblem, problem);
+  }
+}
+
+void Server::Tell(const std::vector<PropertyProblem>& problems) {
+  for (const PropertyProblem& problem : problems) {
+    log_.Write(LogKind::kProblem, problem.ToString());
+  }
+}
+
+ListenPlan Server::PlanFor(const Configuration& configuration, std::vector<std::string>& problems) {
+  return MakeListenPlan(configuration.properties, host_interfaces_.Current(UsesIpv6(configuration), clock_()),
+                        problems);
+}
+
+// An address that could not be served, or a group that could not be heard, may be to be had later.
+void Server::ReviewProblemsLater() {
+  if (const std::optional<Seconds> wait = lasting_problems_.ReviewAfter(clock_())) {
+    host_interfaces_.TryAgain(*wait);
+  }
+}
+
 // A network may come up long after the daemon: listens on what the configuration asks for and is there now.
 void Server::FollowInterfaces() {
-  host_interfaces_since_.reset();
   const std::vector<std::string> before = listeners_.ServedEndpoints();
   std::vector<std::string> problems;
-  if (listeners_.Apply(MakeListenPlan(configuration_.properties, HostInterfaces(configuration_), problems),
-                       problems) &&
-      listeners_.ServedEndpoints() != before) {
-    for (const std::string& problem : problems) {
-      log_.Write(LogKind::kProblem, problem);
-    }
+  const bool applied = listeners_.Apply(PlanFor(configuration_, problems), problems);
+  Tell(lasting_problems_.Review(problems, clock_()));
+  ReviewProblemsLater();
+  if (applied && listeners_.ServedEndpoints() != before) {
     ApplySettings(configuration_.settings);
     Settle();
     log_.Write(LogKind::kState,
@@ -185,6 +187,7 @@ void Server::End(std::function<void()> ended) {
   ended_ = std::move(ended);
   if (!again) {
     address_watch_.reset();
+    host_interfaces_.Stop();
     directory_traffic_.Leave(clock_());
     end_timer_.expires_after(kLongestEnd);
     end_timer_.async_wait([weak = std::weak_ptr(self_)](const asio::error_code& error) {
@@ -208,6 +211,7 @@ void Server::FinishEnd() {
 
 void Server::Stop() {
   address_watch_.reset();
+  host_interfaces_.Stop();
   end_timer_.cancel();
   directory_traffic_.SayFarewell();
   listeners_.Close();
@@ -219,6 +223,10 @@ void Server::Tick() {
   registry_.Expire(clock_());
   armed_for_.reset();
   Settle();
+}
+
+std::chrono::milliseconds Server::WaitBefore(std::span<const std::uint8_t> message, const Sender& sender) {
+  return handler_->WaitBefore(message, OriginOf(sender), clock_());
 }
 
 std::optional<Bytes> Server::OnMessage(std::span<const std::uint8_t> message, const Sender& sender) {
@@ -238,7 +246,7 @@ void Server::TakeReply(std::span<const std::uint8_t> bytes, const RequestOrigin&
     return events_.OnDropped("malformed, and of a kind that has no reply", bytes.size(), origin);
   }
   events_.OnMessageIn(*message, origin);
-  directory_traffic_.TakeMessage(*message, origin, clock_());
+  directory_traffic_.TakeMessage(*message, bytes.size(), origin, clock_());
 }
 
 void Server::OnDropped(std::string_view reason, std::size_t size, const Sender& sender) {
@@ -246,29 +254,13 @@ void Server::OnDropped(std::string_view reason, std::size_t size, const Sender& 
 }
 
 RequestOrigin Server::OriginOf(const Sender& sender) {
-  RequestOrigin origin;
-  const asio::ip::address address = Plain(sender.address);
-  origin.address = address.to_string();
-  origin.local_address = sender.local.is_unspecified() ? "" : sender.local.to_string();
-  origin.transport = sender.transport;
-  const std::vector<Interface>& interfaces = KnownInterfaces();
-  origin.own_host = IsOwnAddress(interfaces, address);
-  origin.own_network = origin.own_host || IsOnOwnNetwork(interfaces, address);
-  origin.trusted_network = configuration_.trusted_networks.Contains(sender.address);
-  return origin;
-}
-
-const std::vector<Interface>& Server::KnownInterfaces() {
-  const auto now = clock_();
-  if (!host_interfaces_since_ || now - *host_interfaces_since_ > kInterfacesStayFor) {
-    host_interfaces_ = HostInterfaces(configuration_);
-    host_interfaces_since_ = now;
-  }
-  return host_interfaces_;
+  return slp::OriginOf(sender, host_interfaces_.Recent(UsesIpv6(configuration_), clock_()),
+                       configuration_.trusted_networks);
 }
 
 void Server::Settle() {
   ReviewProcesses();
+  FollowTypes();
   directory_traffic_.Tick(clock_());
   ArmTimer();
   if (ended_ != nullptr && directory_traffic_.left()) {
@@ -278,6 +270,17 @@ void Server::Settle() {
         self->FinishEnd();
       }
     });
+  }
+}
+
+// Requests by type are heard by who has services of the type (RFC 3111 section 4.2.1).
+void Server::FollowTypes() {
+  const TypeGroups& groups = registry_.type_groups();
+  if (std::exchange(type_groups_heard_, groups.changes()) != groups.changes()) {
+    std::vector<std::string> problems;
+    listeners_.HearTypes(groups.Numbers(), problems);
+    Tell(lasting_problems_.Add(problems, clock_()));
+    ReviewProblemsLater();
   }
 }
 
@@ -322,6 +325,7 @@ void Server::OnProcessEnded(std::uint32_t process_id) {
 void Server::ApplySettings(const AgentSettings& settings) {
   AgentSettings complete = settings;
   complete.own_addresses = listeners_.ServedAddresses();
+  const bool role_ends = !settings.directory_agent && boot_timestamp_ != 0;
   if (!settings.directory_agent) {
     boot_timestamp_ = 0;
   } else if (boot_timestamp_ == 0) {
@@ -333,17 +337,18 @@ void Server::ApplySettings(const AgentSettings& settings) {
   handler_->SetSettings(complete);
   events_.Configure(complete);
   directory_traffic_.Apply(complete, configuration_.properties, clock_());
+  if (role_ends) {
+    // Their hosts forget this agent with its farewell, and would find no ear for a deregistration.
+    registry_.DropHosts();
+  }
 }
 
-void Server::LoadRegistrations(const AgentSettings& settings) {
+void Server::LoadRegistrations(const RegistrationFile& file) {
   std::vector<PropertyProblem> problems;
-  const std::size_t count = LoadRegistrationFile(settings, registry_, clock_(), problems);
-  for (const PropertyProblem& problem : problems) {
-    log_.Write(LogKind::kProblem, problem.ToString());
-  }
-  if (!settings.registration_file.empty()) {
-    log_.Write(LogKind::kState,
-               "slpd: " + std::to_string(count) + " registrations from " + settings.registration_file);
+  const std::size_t count = slp::LoadRegistrations(file, registry_, clock_(), problems);
+  Tell(problems);
+  if (!file.path.empty()) {
+    log_.Write(LogKind::kState, "slpd: " + std::to_string(count) + " registrations from " + file.path);
   }
 }
 

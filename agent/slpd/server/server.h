@@ -13,12 +13,14 @@
 #include <vector>
 
 #include "net/address_watch.h"
-#include "net/interfaces.h"
-#include "slpd/registry.h"
-#include "slpd/request_handler.h"
+#include "slpd/registry/registration_file.h"
+#include "slpd/registry/registry.h"
+#include "slpd/requests/request_handler.h"
 #include "slpd/server/configuration.h"
 #include "slpd/server/connection_limits.h"
 #include "slpd/server/directory_traffic.h"
+#include "slpd/server/host_interfaces.h"
+#include "slpd/server/lasting_problems.h"
 #include "slpd/server/listeners.h"
 #include "slpd/server/log.h"
 #include "slpd/server/message_receiver.h"
@@ -37,7 +39,8 @@ class Server : private MessageReceiver {
 
   /// `io` and `log` outlive the server.
   Server(asio::io_context& io, Log& log, Clock clock, const ConnectionLimits& limits = {},
-         WallClock wall_clock = SecondsSince1970, DirectoryClient::Random random = AnyNumber);
+         WallClock wall_clock = SecondsSince1970, DirectoryClient::Random random = AnyNumber,
+         HostInterfaces::Source interfaces = EnumerateInterfaces);
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
   ~Server() override;
@@ -80,20 +83,25 @@ class Server : private MessageReceiver {
     Server& server_;
   };
 
+  std::chrono::milliseconds WaitBefore(std::span<const std::uint8_t> message, const Sender& sender) override;
   std::optional<Bytes> OnMessage(std::span<const std::uint8_t> message, const Sender& sender) override;
   void OnDropped(std::string_view reason, std::size_t size, const Sender& sender) override;
 
   void TakeReply(std::span<const std::uint8_t> bytes, const RequestOrigin& origin);
   void FollowInterfaces();
+  void ReviewProblemsLater();
   RequestOrigin OriginOf(const Sender& sender);
-  const std::vector<Interface>& KnownInterfaces();
+  void Tell(const std::vector<std::string>& problems);
+  void Tell(const std::vector<PropertyProblem>& problems);
+  ListenPlan PlanFor(const Configuration& configuration, std::vector<std::string>& problems);
   void Settle();
+  void FollowTypes();
   void FinishEnd();
   void ArmTimer();
   void ReviewProcesses();
   void OnProcessEnded(std::uint32_t process_id);
   void ApplySettings(const AgentSettings& settings);
-  void LoadRegistrations(const AgentSettings& settings);
+  void LoadRegistrations(const RegistrationFile& file);
 
   asio::io_context& io_;
   Log& log_;
@@ -113,8 +121,9 @@ class Server : private MessageReceiver {
   asio::steady_timer end_timer_;
   std::function<void()> ended_;
   std::optional<Instant> armed_for_;
-  std::vector<Interface> host_interfaces_;
-  std::optional<Instant> host_interfaces_since_;
+  HostInterfaces host_interfaces_;
+  LastingProblems lasting_problems_;
+  std::uint64_t type_groups_heard_ = 0;
   std::unique_ptr<AddressWatch> address_watch_;
   // Owns nothing. What waits in the loop holds it weakly: a wait that is over can't be cancelled any more,
   // and its handler may come when the server is gone.

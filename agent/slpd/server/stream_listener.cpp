@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "net/native_socket.h"
+
 namespace slp {
 namespace {
 
@@ -20,7 +22,7 @@ void ConnectionTable::Take(asio::ip::tcp::socket socket) {
   if (accounts_.PeerFull(sender.address)) {
     return receiver_.OnDropped("too many connections of this peer", 0, sender);
   }
-  if (accounts_.full() && !MakeRoom()) {
+  if (accounts_.FullFor(sender.address) && !MakeRoom()) {
     return receiver_.OnDropped("too many connections", 0, sender);
   }
   socket.set_option(asio::ip::tcp::no_delay(true), error);
@@ -77,6 +79,7 @@ void StreamListener::OnAccepted(const asio::error_code& error, asio::ip::tcp::so
     return;
   }
   if (!error) {
+    KeepFromStartedPrograms(socket.native_handle());
     table_->Take(std::move(socket));
     return Accept();
   }

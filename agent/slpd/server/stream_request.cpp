@@ -4,6 +4,8 @@
 #include <asio/write.hpp>
 #include <utility>
 
+#include "net/native_socket.h"
+
 namespace slp {
 namespace {
 
@@ -42,8 +44,7 @@ void StreamRequest::Close() {
 }
 
 void StreamRequest::Connect(const asio::ip::tcp::endpoint& local, const asio::ip::tcp::endpoint& peer) {
-  asio::error_code error;
-  socket_.open(peer.protocol(), error);
+  asio::error_code error = OpenUninherited(socket_, peer.protocol());
   if (!error) {
     socket_.bind(local, error);
   }

@@ -43,4 +43,18 @@ void Trace::OnProcessNotWatched(std::uint32_t process_id, std::string_view url) 
                                     std::string(url) + " stays until its lifetime ends");
 }
 
+void Trace::OnHostAtLimit(std::string_view host) {
+  log_.Write(LogKind::kRefusal, std::string(host) +
+                                    " has registered as much as one host may, more is refused: "
+                                    "net.slp.maxRegistrationsPerHost, net.slp.maxBytesPerHost");
+}
+
+void Trace::OnTooMuchToCompare(const RequestOrigin& origin, std::uint64_t services) {
+  log_.Write(LogKind::kRefusal,
+             "a request from " + Describe(origin) +
+                 " takes more comparisons than one may, it is refused after " + std::to_string(services) +
+                 " services: fewer terms or wildcards, or a term that the index narrows the search by, "
+                 "(tag=value) or (tag=beginning*), make it possible");
+}
+
 }  // namespace slp

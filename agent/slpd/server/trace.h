@@ -20,6 +20,8 @@ class Trace : public EventSink {
   void OnMessageOut(const Message& message, const RequestOrigin& origin, std::size_t size) override;
   void OnDropped(std::string_view reason, std::size_t size, const RequestOrigin& origin) override;
   void OnProcessNotWatched(std::uint32_t process_id, std::string_view url) override;
+  void OnHostAtLimit(std::string_view host) override;
+  void OnTooMuchToCompare(const RequestOrigin& origin, std::uint64_t services) override;
 
  private:
   Log& log_;

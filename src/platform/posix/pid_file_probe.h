@@ -10,7 +10,7 @@ namespace kelsd::platform {
 
 struct PidFileState {
   bool held = false;               ///< a daemon lives
-  pid_t pid = 0;                   ///< 0 until it serves
+  pid_t pid = 0;                   ///< 0 until it serves; never one that is known not to hold the file
   std::int64_t start_seconds = 0;  ///< since 1970
 };
 

@@ -3,17 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "agent/api/api_fixture.h"
+#include "api/handle_call.h"
+#include "api/request_message.h"
+#include "api/search.h"
 #include "support/under_wine/under_wine.h"
 #include "wire/codec.h"
 
 namespace slp::support {
 namespace {
 
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::Ge;
 using testing::IsEmpty;
-using testing::Le;
 
 using Transport = PeerRequest::Transport;
 
@@ -31,14 +30,28 @@ std::vector<PeerReply> Answer(const PeerRequest& request, Body body) {
   return {{.bytes = EncodedReplyTo(request, std::move(body))}};
 }
 
-DaAdvert Advertisement(const std::string& address, const std::string& scopes) {
+DaAdvert Advertisement(const std::string& address, const std::string& scopes,
+                       const std::string& attributes = "") {
   return {.error = Error::kOk,
           .boot_timestamp = 1,
           .url = "service:directory-agent://" + address,
           .scopes = scopes,
-          .attributes = {},
+          .attributes = attributes,
           .spi = {},
           .authentication = {}};
+}
+
+/// A directory agent that advertises attributes.
+SlpPeer::Script WithAttributes(const std::string& address, const std::string& attributes,
+                               const std::string& scopes = "DEFAULT") {
+  return [=](const PeerRequest& request) {
+    return AsksForDirectoryAgents(request) ? Answer(request, Advertisement(address, scopes, attributes))
+                                           : std::vector<PeerReply>();
+  };
+}
+
+SlpPeer::Script Silent() {
+  return [](const PeerRequest&) { return std::vector<PeerReply>(); };
 }
 
 /// A directory agent that knows of one service.
@@ -79,8 +92,8 @@ class DirectoryAgentsTest : public ApiTest {
   DirectoryAgentsTest() {
     Set("net.slp.interfaces", "127.0.0.2");
     Set("net.slp.activeDADetection", "true");
-    Set("net.slp.DADiscoveryTimeouts", "60,60");
-    Set("net.slp.datagramTimeouts", "60,60");
+    Set("net.slp.DADiscoveryTimeouts", "1000,1000");
+    Set("net.slp.datagramTimeouts", "1000,1000");
   }
 
   void SetUp() override {
@@ -145,8 +158,9 @@ TEST_F(DirectoryAgentsTest, OneThatIsSilentIsReplacedAndNotAskedAgain) {
   SlpPeer group(ServiceAgent(), AtPort("127.0.0.2"));
   EXPECT_EQ(FindServices("service:printer"), kByAgent);
   silent = true;
+  Set("net.slp.datagramTimeouts", "60,60");
   EXPECT_EQ(FindServices("service:printer"), kByGroup);
-  const std::size_t before = agent.requests().size();
+  const std::size_t before = RequestsTo(agent, 4).size();
   EXPECT_EQ(FindServices("service:printer"), kByGroup);
   EXPECT_EQ(agent.requests().size(), before);
 }
@@ -159,6 +173,33 @@ TEST_F(DirectoryAgentsTest, AnotherOneTakesThePlaceOfTheOneThatIsGone) {
   EXPECT_EQ(FindServices("service:a"), (SearchOutcome{SLP_OK, {"0 service:a://1 60", kLastServiceCall}}));
   first.reset();
   EXPECT_EQ(FindServices("service:a"), (SearchOutcome{SLP_OK, {"0 service:a://2 60", kLastServiceCall}}));
+}
+
+TEST_F(DirectoryAgentsTest, OnceTheScopesAreServedNoOtherConfiguredOneIsAsked) {
+  Set("net.slp.DAAddresses", "127.0.0.3,127.0.0.4,no-such-host.invalid");
+  SlpPeer agent(DirectoryAgent("127.0.0.3"), Alone("127.0.0.3"));
+  SlpPeer other(DirectoryAgent("127.0.0.4"), Alone("127.0.0.4"));
+  EXPECT_EQ(FindServices("service:printer"), kByAgent);
+  EXPECT_EQ(FindServices("service:printer"), kByAgent);
+  EXPECT_THAT(other.requests(), IsEmpty());
+}
+
+TEST_F(DirectoryAgentsTest, ThoseThatAreSilentShareTheTimeAndLeaveSomeToTheOthers) {
+  Set("net.slp.DAAddresses", "127.0.0.3,127.0.0.4,127.0.0.5,127.0.0.6");
+  Set("net.slp.DADiscoveryTimeouts", "900,900");
+  Set("net.slp.unicastMaximumWait", "2000");
+  const std::vector<SearchOutcome> outcomes = WhereTheMachineGoesOn([this] {
+    SlpPeer one(Silent(), Alone("127.0.0.3"));
+    SlpPeer two(Silent(), Alone("127.0.0.4"));
+    SlpPeer three(Silent(), Alone("127.0.0.5"));
+    SlpPeer agent(DirectoryAgent("127.0.0.6"), Alone("127.0.0.6"));
+    std::vector<SearchOutcome> found;
+    ExpectTakes(1500, 3000, [&] { found.push_back(FindServices("service:printer")); });
+    found.push_back(FindServices("service:printer"));
+    EXPECT_EQ(RequestsTo(one, 1).size(), 1U);
+    return found;
+  });
+  EXPECT_EQ(outcomes, (std::vector<SearchOutcome>{kByAgent, kByAgent}));
 }
 
 TEST_F(DirectoryAgentsTest, TheErrorOfAnAgentIsTheSearchs) {
@@ -184,10 +225,10 @@ TEST_F(DirectoryAgentsTest, TheDaemonOfTheHostTellsWhichThereAre) {
   EXPECT_EQ(Count(agent, Transport::kUnicast, true), 0U);
 }
 
+// A search takes 500 ms. Another one, for directory agents, would take as long.
 TEST_F(DirectoryAgentsTest, ADaemonThatKnowsOfNoneCostsNoTimeAndLeavesTheSearchToItself) {
   SlpPeer daemon(ServiceAgent(), AtPort("127.0.0.2"));
-  EXPECT_THAT(Milliseconds([&] { EXPECT_EQ(FindServices("service:printer"), kByGroup); }),
-              AllOf(Ge(180), Le(900)));
+  ExpectTakes(500, 900, [&] { EXPECT_EQ(FindServices("service:printer"), kByGroup); });
   EXPECT_EQ(Count(daemon, Transport::kUnicast, true), 1U);
   EXPECT_EQ(Count(daemon, Transport::kGroup, true), 0U);
 }
@@ -203,6 +244,7 @@ TEST_F(DirectoryAgentsTest, WithoutADaemonTheFirstSearchLooksForThemByTheWay) {
   SlpPeer group(ServiceAgent(), AtPort("127.0.0.4"));
   const SearchOutcome both{SLP_OK, {"0 " + kGroupUrl + " 60", "0 " + kAgentUrl + " 60", kLastServiceCall}};
   EXPECT_EQ(FindServices("service:printer"), both);
+  RequestsTo(group, 6);
   const std::size_t asked = Count(group, Transport::kGroup, false);
   EXPECT_EQ(FindServices("service:printer"), kByAgent);
   EXPECT_EQ(Count(group, Transport::kGroup, false), asked);
@@ -210,8 +252,8 @@ TEST_F(DirectoryAgentsTest, WithoutADaemonTheFirstSearchLooksForThemByTheWay) {
 
 TEST_F(DirectoryAgentsTest, WithoutADaemonAndWithoutAgentsNoSearchIsLonger) {
   SlpPeer group(ServiceAgent(), AtPort("127.0.0.4"));
-  EXPECT_THAT(Milliseconds([&] { EXPECT_EQ(FindServices("service:printer"), kByGroup); }),
-              AllOf(Ge(180), Le(900)));
+  ExpectTakes(500, 900, [&] { EXPECT_EQ(FindServices("service:printer"), kByGroup); });
+  RequestsTo(group, 6);
   const std::size_t searched = Count(group, Transport::kGroup, true);
   EXPECT_GE(searched, 1U);
   EXPECT_EQ(FindServices("service:printer"), kByGroup);
@@ -270,6 +312,131 @@ TEST_F(DirectoryAgentsTest, AttributesAndTypesGoByThemToo) {
       Alone("127.0.0.3"));
   EXPECT_EQ(FindAttributes("service:printer"), (SearchOutcome{SLP_OK, {"0 (a=1)", kLastCall}}));
   EXPECT_EQ(FindTypes("*"), (SearchOutcome{SLP_OK, {"0 service:printer", kLastCall}}));
+}
+
+TEST_F(DirectoryAgentsTest, OneThatIsConfiguredByNameIsAsLikeAnyOther) {
+  Set("net.slp.DAAddresses", "no-such-host.invalid,localhost");
+  SlpPeer agent(DirectoryAgent("127.0.0.1"), Alone("127.0.0.1"));
+  SlpPeer group(ServiceAgent(), AtPort("127.0.0.2"));
+  EXPECT_EQ(FindServices("service:printer"), kByAgent);
+  EXPECT_THAT(group.requests(), IsEmpty());
+}
+
+TEST_F(DirectoryAgentsTest, ANameThatIsNotFoundIsNoAgent) {
+  Set("net.slp.DAAddresses", "no-such-host.invalid");
+  SlpPeer group(ServiceAgent(), AtPort("127.0.0.2"));
+  EXPECT_EQ(FindServices("service:printer"), kByGroup);
+}
+
+TEST_F(DirectoryAgentsTest, TheRefreshIntervalIsTheLongestOfThoseOfTheScopes) {
+  Set("net.slp.DAAddresses", "127.0.0.3,127.0.0.4,127.0.0.5,127.0.0.6,127.0.0.7");
+  SlpPeer one(WithAttributes("127.0.0.3", "(min-refresh-interval=600)"), Alone("127.0.0.3"));
+  SlpPeer two(WithAttributes("127.0.0.4", "(room=7),(min-refresh-interval=900)"), Alone("127.0.0.4"));
+  SlpPeer none(WithAttributes("127.0.0.5", "(room=7)"), Alone("127.0.0.5"));
+  SlpPeer other(WithAttributes("127.0.0.6", "(min-refresh-interval=2000)", "TAMRO"), Alone("127.0.0.6"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 900);
+  EXPECT_EQ(SLPGetRefreshInterval(), 900);
+  EXPECT_EQ(two.requests().size(), 1U) << "each is asked once";
+  Set("net.slp.useScopes", "TAMRO");
+  EXPECT_EQ(SLPGetRefreshInterval(), 2000);
+}
+
+TEST_F(DirectoryAgentsTest, ARefreshIntervalBeyondTheLongestLifetimeIsThat) {
+  Set("net.slp.DAAddresses", "127.0.0.3");
+  SlpPeer agent(WithAttributes("127.0.0.3", "(min-refresh-interval=100000)"), Alone("127.0.0.3"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 65535);
+}
+
+TEST_F(DirectoryAgentsTest, TheRefreshIntervalOfThoseThatTheDaemonKnowsIsAskedForOnce) {
+  SlpPeer agent(WithAttributes("127.0.0.3", "(min-refresh-interval=600)"), Alone("127.0.0.3"));
+  SlpPeer daemon(ServiceAgent({"service:directory-agent://127.0.0.3"}), AtPort("127.0.0.2"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 600);
+  EXPECT_EQ(SLPGetRefreshInterval(), 600);
+  EXPECT_EQ(agent.requests().size(), 1U);
+  EXPECT_EQ(Count(daemon, Transport::kGroup, true), 0U);
+}
+
+TEST_F(DirectoryAgentsTest, ASilentAgentCostsTheRefreshIntervalTimeOnce) {
+  Set("net.slp.DADiscoveryTimeouts", "60,60");
+  SlpPeer agent(Silent(), Alone("127.0.0.3"));
+  SlpPeer daemon(ServiceAgent({"service:directory-agent://127.0.0.3"}), AtPort("127.0.0.2"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 0);
+  const std::size_t asked = RequestsTo(agent, 2).size();
+  EXPECT_GE(asked, 1U);
+  EXPECT_EQ(SLPGetRefreshInterval(), 0);
+  EXPECT_EQ(agent.requests().size(), asked);
+}
+
+TEST_F(DirectoryAgentsTest, TheRefreshIntervalIsFoundInTheTimeOfOneQuestion) {
+  Set("net.slp.DADiscoveryTimeouts", "900,900");
+  Set("net.slp.unicastMaximumWait", "1200");
+  const unsigned short interval = WhereTheMachineGoesOn([this] {
+    SlpPeer one(Silent(), Alone("127.0.0.3"));
+    SlpPeer two(Silent(), Alone("127.0.0.4"));
+    SlpPeer agent(WithAttributes("127.0.0.5", "(min-refresh-interval=600)"), Alone("127.0.0.5"));
+    SlpPeer daemon(ServiceAgent({"service:directory-agent://127.0.0.3", "service:directory-agent://127.0.0.4",
+                                 "service:directory-agent://127.0.0.5"}),
+                   AtPort("127.0.0.2"));
+    unsigned short found = 0;
+    ExpectTakes(800, 2400, [&] { found = SLPGetRefreshInterval(); });
+    return found;
+  });
+  EXPECT_EQ(interval, 600);
+}
+
+TEST_F(DirectoryAgentsTest, TheSearchForThemThatGoesAlongIsToldApartFromTheSearch) {
+  constexpr std::uint16_t kXid = 7;
+  // More often than there are questions before.
+  constexpr int kEqualDraws = 20;
+  SlpPeer group(ServiceAgent(), AtPort("127.0.0.4"));
+  client::RequestContext context =
+      client::MakeContext({.language = "en", .peer = std::nullopt, .interfaces = {}});
+  int draws = 0;
+  context.environment.new_xid = [&] {
+    ++draws;
+    return static_cast<std::uint16_t>(draws <= kEqualDraws ? kXid : kXid + draws);
+  };
+  std::size_t replies = 0;
+  const client::ReplySink count = [&](const Message&) {
+    ++replies;
+    return true;
+  };
+  const Message search = client::NewRequest(context, SrvRqst{"", "service:printer", "DEFAULT", "", ""});
+  EXPECT_EQ(client::RunSearch(search, context, count), SLP_OK);
+  EXPECT_EQ(replies, 1U);
+  EXPECT_GT(Count(group, Transport::kGroup, true), 0U);
+}
+
+TEST_F(DirectoryAgentsTest, WithoutADaemonTheRefreshIntervalIsSearchedForAndKept) {
+  SlpPeer agent(WithAttributes("127.0.0.3", "(min-refresh-interval=600)"), AtPort("127.0.0.3"));
+  SlpPeer liar(WithAttributes("127.0.0.9", "(min-refresh-interval=700)"), AtPort("127.0.0.4"));
+  SlpPeer slandered(WithAttributes("127.0.0.9", "(min-refresh-interval=800)"), Alone("127.0.0.9"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 600);
+  EXPECT_EQ(Count(agent, Transport::kUnicast, true), 0U) << "the advertisement has told it";
+  EXPECT_THAT(slandered.requests(), IsEmpty());
+  const std::size_t asked = RequestsTo(agent, 3).size();
+  EXPECT_EQ(SLPGetRefreshInterval(), 600);
+  EXPECT_EQ(agent.requests().size(), asked);
+}
+
+TEST_F(DirectoryAgentsTest, TheSearchForTheRefreshIntervalServesSearchesInOtherScopes) {
+  SlpPeer agent(DirectoryAgent("127.0.0.3", "TAMRO"), AtPort("127.0.0.3"));
+  SlpPeer group(ServiceAgent(), AtPort("127.0.0.4"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 0);
+  EXPECT_EQ(FindServices("service:printer", "TAMRO"), kByAgent);
+  EXPECT_EQ(Count(group, Transport::kGroup, false), 0U);
+}
+
+TEST_F(DirectoryAgentsTest, TheRefreshIntervalOfAConfiguredAgentCountsBesideThoseThatAreFound) {
+  Set("net.slp.useScopes", "DEFAULT,TAMRO");
+  Set("net.slp.DAAddresses", "127.0.0.3");
+  SlpPeer configured(WithAttributes("127.0.0.3", "(min-refresh-interval=600)"), Alone("127.0.0.3"));
+  SlpPeer found(WithAttributes("127.0.0.4", "(min-refresh-interval=500)", "TAMRO"), AtPort("127.0.0.4"));
+  EXPECT_EQ(SLPGetRefreshInterval(), 600);
+}
+
+TEST_F(DirectoryAgentsTest, NoAgentNoRefreshInterval) {
+  EXPECT_EQ(SLPGetRefreshInterval(), 0);
 }
 
 }  // namespace

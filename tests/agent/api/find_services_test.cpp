@@ -64,7 +64,11 @@ TEST_F(FindServicesTest, TypesWithAnEmptyConcreteTypeAreAskedFor) {
 }
 
 TEST_F(FindServicesTest, AsksInTheLanguageOfTheHandle) {
-  SlpPeer peer([](const PeerRequest&) { return std::vector<PeerReply>(); }, AtPort());
+  SlpPeer peer(
+      [](const PeerRequest& request) {
+        return std::vector<PeerReply>{{.bytes = EncodedReplyTo(request, SrvRply{})}};
+      },
+      AtPort());
   SLPHandle german = nullptr;
   ASSERT_EQ(SLPOpen("de-AT", SLP_FALSE, &german), SLP_OK);
   SLPAssociateIP(german, "127.0.0.1");

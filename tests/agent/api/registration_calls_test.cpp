@@ -42,12 +42,6 @@ SlpPeer::Script Acknowledging(Error error = Error::kOk) {
 
 class RegistrationCalls : public ApiTest {
  protected:
-  // Nothing is sent twice to a daemon that answers, however slow the machine is.
-  RegistrationCalls() {
-    Set("net.slp.unicastTimeouts", "1000,1000,1000");
-    Set("net.slp.unicastMaximumWait", "5000");
-  }
-
   ReportOutcome Register(const char* url = kUrl.c_str(), const char* attributes = "(a=1)",
                          const char* type = nullptr, SLPBoolean fresh = SLP_TRUE) {
     ReportOutcome outcome{};
@@ -195,6 +189,7 @@ TEST_F(RegistrationCalls, ADaemonThatIsSilentTimesOut) {
 }
 
 TEST_F(RegistrationCalls, ALostAcknowledgementIsAskedForAgain) {
+  Set("net.slp.unicastTimeouts", "100,5000");
   std::atomic<int> count = 0;
   SlpPeer daemon(
       [&](const PeerRequest& request) {

@@ -35,5 +35,13 @@ TEST_F(DeadlineTest, WithinIsNeverLater) {
   EXPECT_TRUE(deadline.Within(30ms).Passed());
 }
 
+TEST_F(DeadlineTest, PostponingGivesMoreTime) {
+  Deadline deadline(clock_, 100ms);
+  now_ += 150ms;
+  deadline.Postpone(70ms);
+  EXPECT_FALSE(deadline.Passed());
+  EXPECT_EQ(deadline.Remaining(), 20ms);
+}
+
 }  // namespace
 }  // namespace slp

@@ -56,6 +56,7 @@ TEST(CatalogueTest, HoldsEveryDefault) {
       {"net.slp.interfaces", ""},
       {"net.slp.replyRate", "500"},
       {"net.slp.maxRegistrationsPerHost", "10000"},
+      {"net.slp.maxBytesPerHost", "67108864"},
       {"net.slp.trustedNetworks", ""},
       {"net.slp.SAAttributes", ""},
       {"net.slp.typeHint", ""},
@@ -119,7 +120,10 @@ TEST(CatalogueTest, DescribesWhatIsAllowed) {
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.MTU")), "a whole number from 576 to 65507");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.unicastTimeouts")),
             "milliseconds above 0, separated by commas");
-  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.broadcastAddr")), "a text");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.broadcastAddr")), "an IPv4 address");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.DAAddresses")),
+            "addresses or names of hosts separated by commas");
+  EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.serializedRegURL")), "a text");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.interfaces")), "texts separated by commas");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.locale")), "a language tag");
   EXPECT_EQ(DescribeAllowedValues(*FindProperty("net.slp.useScopes")), "scope names separated by commas");

@@ -189,8 +189,31 @@ TEST_F(ProcessPropertiesTest, SnapshotIsTheSameUntilSomethingChanges) {
   const auto third = store_.Snapshot();
   EXPECT_NE(third, second);
   EXPECT_EQ(third->values(), first->values());
+}
+
+// For a program that opens a handle for each search.
+TEST_F(ProcessPropertiesTest, IsTheSameAgainWhenTheFilesSayTheSame) {
+  WriteGlobal("net.slp.MTU=600");
+  store_.Acquire();
+  const auto first = store_.Snapshot();
+  store_.Set("net.slp.port", "4270");
   store_.Release();
-  EXPECT_NE(store_.Snapshot(), third);
+  EXPECT_EQ(store_.Snapshot(), first);
+
+  store_.Acquire();
+  store_.Release();
+  WriteGlobal("net.slp.MTU=700");
+  EXPECT_EQ(store_.Snapshot()->GetInt("net.slp.MTU"), 700);
+
+  store_.Acquire();
+  store_.Release();
+  files_.environment = files_.global;
+  EXPECT_THAT(store_.Get("net.slp.EnvConfigFile"), StrEq(files_.environment));
+
+  store_.Acquire();
+  store_.Release();
+  files_ = {};
+  EXPECT_EQ(store_.Snapshot()->GetInt("net.slp.MTU"), 1400);
 }
 
 TEST(ProcessPropertiesInstanceTest, IsOne) {

@@ -116,6 +116,52 @@ TEST(PropertiesTest, LinesThatCannotBeUsedAreReportedAndLeftOut) {
           application + ":7: net.slp.multicastTTL must be a whole number from 1 to 255, not \"256\""));
 }
 
+TEST(PropertiesTest, LinesThatSetNothingAreReported) {
+  const TemporaryFiles files;
+  PropertyFiles sources;
+  sources.global = files.Write("global",
+                               "net.slp.MTU 800\n"
+                               "; comment\n"
+                               "\t\n"
+                               "= 900\n"
+                               "net.slp.port =\n"
+                               "net.slp locale = de\n"
+                               "\x01\xFF = x\n"
+                               "net.slp.locale = fr\n");
+  std::vector<PropertyProblem> problems;
+  const Properties properties = Properties::Load(sources, problems);
+  EXPECT_EQ(properties.values(),
+            DefaultsWith({{"net.slp.locale", "fr"}, {"net.slp.OpenSLPConfigFile", sources.global}}));
+  const std::string no_key =
+      " what stands before the = is no key: a blank is in it, or a character that is not printable ASCII";
+  EXPECT_THAT(Texts(problems), ElementsAre(sources.global + ":1: neither a comment nor \"key = value\"",
+                                           sources.global + ":4: neither a comment nor \"key = value\"",
+                                           sources.global + ":6:" + no_key, sources.global + ":7:" + no_key));
+  EXPECT_EQ(properties.Stated("net.slp locale"), "de") << "a program that asks for it has it";
+}
+
+TEST(PropertiesTest, OfAListOfHostsThoseThatAreSomeHold) {
+  const TemporaryFiles files;
+  PropertyFiles sources;
+  sources.global = files.Write("global",
+                               "net.slp.broadcastAddr = nonsense\n"
+                               "net.slp.DAAddresses = ::::, 192.0.2.1,1.2.3.4.5,host\n");
+  sources.application = files.Write("application", "net.slp.DAAddresses = a_b\n");
+  std::vector<PropertyProblem> problems;
+  Properties properties = Properties::Load(sources, problems);
+  EXPECT_THAT(
+      Texts(problems),
+      ElementsAre(sources.global + ":1: net.slp.broadcastAddr must be an IPv4 address, not \"nonsense\"",
+                  sources.global + ":2: net.slp.DAAddresses must be addresses or names of hosts "
+                                   "separated by commas, not \"::::, 192.0.2.1,1.2.3.4.5,host\"",
+                  sources.application + ":1: net.slp.DAAddresses must be addresses or names of hosts "
+                                        "separated by commas, not \"a_b\""));
+  EXPECT_EQ(properties.GetString("net.slp.broadcastAddr"), "255.255.255.255");
+  EXPECT_THAT(properties.GetStringList("net.slp.DAAddresses"), ElementsAre("192.0.2.1", "host"));
+  EXPECT_EQ(properties.Stated("net.slp.broadcastAddr"), "nonsense");
+  EXPECT_EQ(properties.Stated("net.slp.DAAddresses"), "a_b");
+}
+
 TEST(PropertiesTest, WhatWasLeftOutIsStatedAllTheSame) {
   const TemporaryFiles files;
   PropertyFiles sources;

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "agent/properties/temporary_files.h"
-
 namespace slp {
 
 void PrintTo(const PropertyLine& line, std::ostream* out) {
@@ -32,9 +30,9 @@ TEST(ParsePropertyLinesTest, ReadsOneSettingALine) {
       {"lines end with CR LF", "a=1\r\nb=2\r\n\r\nc=3\r\n", {{1, "a", "1"}, {2, "b", "2"}, {4, "c", "3"}}},
       {"lines end with CR", "a=1\rb=2\r", {{1, "a", "1"}, {2, "b", "2"}}},
       {"comments", "#a=1\n;b=2\n # c=3\n\t;d=4\ne=5#6;7\n", {{5, "e", "5#6;7"}}},
-      {"no equals sign", "a\nb 1\n=\n", {}},
+      {"no equals sign", "a\n\nb 1\nc=2", {{1, "", ""}, {3, "", ""}, {4, "c", "2"}}},
       {"no value", "a=\nb=  \nc=\t\r\n", {}},
-      {"no key", "=1\n  =2\n", {}},
+      {"no key", "=1\n  =2\n=\n", {{1, "", ""}, {2, "", ""}, {3, "", ""}}},
       {"the same key again", "a=1\na=2\n", {{1, "a", "1"}, {2, "a", "2"}}},
       {"not ASCII", "a = B\xC3\xBCro,\xFF\n", {{1, "a", "B\xC3\xBCro,\xFF"}}},
       {"a byte order mark",
@@ -59,15 +57,6 @@ TEST(ParsePropertyLinesTest, ReadsBehindAMegabyteOfComments) {
   }
   text += "#" + std::string(1'000'000, 'x') + "\na=1";
   EXPECT_EQ(ParsePropertyLines(text), Lines({{lines + 2, "a", "1"}}));
-}
-
-TEST(ReadPropertyFileTest, ReadsFilesThatOpen) {
-  const TemporaryFiles files;
-  EXPECT_EQ(ReadPropertyFile(files.Write("set.conf", "a=1\r\nb=2")), Lines({{1, "a", "1"}, {2, "b", "2"}}));
-  EXPECT_EQ(ReadPropertyFile(files.Write("empty.conf", "")), Lines());
-  EXPECT_EQ(ReadPropertyFile(files.Path("missing.conf")), std::nullopt);
-  EXPECT_EQ(ReadPropertyFile(files.Path("")), std::nullopt) << "a folder";
-  EXPECT_EQ(ReadPropertyFile(""), std::nullopt);
 }
 
 }  // namespace

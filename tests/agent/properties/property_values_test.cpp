@@ -8,12 +8,6 @@
 namespace slp {
 namespace {
 
-TEST(TrimBlanksTest, TakesBlanksOffBothEnds) {
-  EXPECT_EQ(TrimBlanks(" \t a b\r\n "), "a b");
-  EXPECT_EQ(TrimBlanks(" \t\r\n"), "");
-  EXPECT_EQ(TrimBlanks(""), "");
-}
-
 TEST(ToBoolTest, TakesTheUsualWordsInEitherCase) {
   for (const char* text : {"true", "TRUE", "True", " true ", "yes", "YES", "1"}) {
     EXPECT_EQ(ToBool(text), true) << text;
@@ -106,12 +100,43 @@ TEST(IsAllowedTest, KnowsTheEndsOfEveryRange) {
       {"net.slp.SAAttributes", "(room=7),x-ok", true},
       {"net.slp.SAAttributes", "(room=7", false},
       {"net.slp.DAAttributes", "(a_b=1)", false},
+      {"net.slp.broadcastAddr", "192.0.2.255", true},
+      {"net.slp.broadcastAddr", "", false},
+      {"net.slp.broadcastAddr", "nonsense", false},
+      {"net.slp.broadcastAddr", "192.0.2", false},
+      {"net.slp.broadcastAddr", "192.0.2.256", false},
+      {"net.slp.broadcastAddr", "192.0.2.010", false},
+      {"net.slp.broadcastAddr", "ff02::1", false},
+      {"net.slp.DAAddresses", "", true},
+      {"net.slp.DAAddresses", "192.0.2.1, host-2.example.org,2001:db8::7,fe80::7%eth0,sawah", true},
+      {"net.slp.DAAddresses", "::::,1.2.3.4.5", false},
+      {"net.slp.DAAddresses", "192.0.2.1,1.2.3.4.5", false},
+      {"net.slp.DAAddresses", "192.0.2.256", false},
+      {"net.slp.DAAddresses", "10.0.0.010", false},
+      {"net.slp.DAAddresses", "a_b", false},
+      {"net.slp.DAAddresses", "[2001:db8::7]", false},
+      {"net.slp.DAAddresses", "a b", false},
+      {"net.slp.interfaces", "eth0:1,Ethernet 2,192.0.2.1", true},
   };
   for (const Row& row : rows) {
     const PropertyInfo* const property = FindProperty(row.key);
     ASSERT_NE(property, nullptr) << row.key;
     EXPECT_EQ(IsAllowed(*property, row.value), row.allowed) << row.key << " = " << row.value;
   }
+}
+
+TEST(PropertyValuesTest, AKeyIsPrintableAsciiWithoutBlanks) {
+  for (const char* const key : {"net.slp.MTU", "a", "!~", "\\2e"}) {
+    EXPECT_TRUE(IsPropertyKey(key)) << key;
+  }
+  for (const char* const key : {"", "a b", "a\tb", "\x7F", "\x01", "B\xC3\xBCro"}) {
+    EXPECT_FALSE(IsPropertyKey(key)) << key;
+  }
+}
+
+TEST(PropertyValuesTest, HostsAreThoseThatAreAddressesOrNames) {
+  EXPECT_EQ(UsableHosts("::::, 192.0.2.1,1.2.3.4.5,host,,a_b,2001:db8::7"), "192.0.2.1,host,2001:db8::7");
+  EXPECT_EQ(UsableHosts("::::,1.2.3.4.5"), "");
 }
 
 }  // namespace

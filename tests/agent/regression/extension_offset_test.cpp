@@ -33,8 +33,8 @@ class ExtensionOffsetTest : public ::testing::Test {
 
   /// What is acknowledged to the registration, as a program of the own host sends it.
   Error Acknowledged(const Bytes& bytes) {
-    const std::optional<Bytes> reply = daemon_.handler.Handle(bytes, kOwnHost, daemon_.now);
-    return reply ? std::get<SrvAck>(Decode(*reply)->body).error : Error::kInternalError;
+    const std::optional<Message> reply = daemon_.Send(bytes, kOwnHost);
+    return reply ? std::get<SrvAck>(reply->body).error : Error::kInternalError;
   }
 
   DaemonLogic daemon_;

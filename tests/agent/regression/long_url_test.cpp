@@ -63,6 +63,7 @@ TEST_F(LongUrlInAReplyTest, ReachesTheApplicationWhole) {
 }
 
 TEST_F(LongUrlInAReplyTest, BeyondTheReplysEndReachesItNotAtAll) {
+  Set("net.slp.unicastMaximumWait", "600");
   const SearchOutcome outcome = FindAtPeer([](const PeerRequest& request) {
     Bytes bytes = EncodedReplyTo(request, UrlReply({LongUrl(100)}));
     // The length of the URL, behind header, error, count, reserved byte and lifetime.

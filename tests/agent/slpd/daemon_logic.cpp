@@ -28,6 +28,14 @@ void RecordedEvents::OnProcessNotWatched(std::uint32_t process_id, std::string_v
   lines_.push_back("not watched " + std::to_string(process_id) + ' ' + std::string(url));
 }
 
+void RecordedEvents::OnHostAtLimit(std::string_view host) {
+  lines_.push_back("at limit " + std::string(host));
+}
+
+void RecordedEvents::OnTooMuchToCompare(const RequestOrigin& origin, std::uint64_t services) {
+  lines_.push_back("too much to compare " + origin.address + ' ' + std::to_string(services));
+}
+
 std::vector<std::string> RecordedEvents::Take() {
   return std::exchange(lines_, {});
 }
@@ -59,7 +67,7 @@ ServiceQuery MakeQuery(std::string_view type, std::string_view predicate, std::v
 std::vector<Found> FindAll(const Registry& registry, const ServiceQuery& query, Instant now) {
   std::vector<Found> found;
   const Error error =
-      registry.FindServices(query, now, [&found](std::string_view url, std::uint16_t lifetime) {
+      registry.FindServices(query, now, Unlimited(), [&found](std::string_view url, std::uint16_t lifetime) {
         found.push_back({std::string(url), lifetime});
         return true;
       });
@@ -92,20 +100,21 @@ DaemonLogic::DaemonLogic()
 std::optional<Message> DaemonLogic::Ask(const Message& message, const RequestOrigin& origin) {
   const Result<Bytes> request = Encode(message);
   EXPECT_TRUE(request);
-  if (!request) {
-    return std::nullopt;
-  }
-  const std::optional<Bytes> reply = handler.Handle(*request, origin, now);
+  return request ? Send(*request, origin) : std::nullopt;
+}
+
+std::optional<Message> DaemonLogic::Ask(Body body, const RequestOrigin& origin) {
+  return Ask(MakeMessage(std::move(body)), origin);
+}
+
+std::optional<Message> DaemonLogic::Send(const Bytes& request, const RequestOrigin& origin) {
+  const std::optional<Bytes> reply = handler.Handle(request, origin, now);
   if (!reply) {
     return std::nullopt;
   }
   Result<Message> decoded = Decode(*reply);
   EXPECT_TRUE(decoded);
   return decoded ? std::optional(*decoded) : std::nullopt;
-}
-
-std::optional<Message> DaemonLogic::Ask(Body body, const RequestOrigin& origin) {
-  return Ask(MakeMessage(std::move(body)), origin);
 }
 
 Error DaemonLogic::Register(const SrvReg& request, bool fresh, std::string language,

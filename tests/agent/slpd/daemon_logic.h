@@ -8,8 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "slpd/registry.h"
-#include "slpd/request_handler.h"
+#include "agent/text/unlimited.h"
+#include "slpd/registry/registry.h"
+#include "slpd/requests/request_handler.h"
 #include "wire/codec.h"
 #include "wire/messages.h"
 
@@ -23,6 +24,8 @@ class RecordedEvents : public EventSink {
   void OnMessageOut(const Message& message, const RequestOrigin& origin, std::size_t size) override;
   void OnDropped(std::string_view reason, std::size_t size, const RequestOrigin& origin) override;
   void OnProcessNotWatched(std::uint32_t process_id, std::string_view url) override;
+  void OnHostAtLimit(std::string_view host) override;
+  void OnTooMuchToCompare(const RequestOrigin& origin, std::uint64_t services) override;
 
   /// The lines since the last call.
   std::vector<std::string> Take();
@@ -66,6 +69,9 @@ struct DaemonLogic {
   /// says otherwise. A reply that does not decode fails the test.
   std::optional<Message> Ask(const Message& message, const RequestOrigin& origin = kNeighbour);
   std::optional<Message> Ask(Body body, const RequestOrigin& origin = kNeighbour);
+
+  /// The same for a request's bytes, whatever they are.
+  std::optional<Message> Send(const Bytes& request, const RequestOrigin& origin);
 
   /// Registers from the own host; the acknowledged error.
   Error Register(const SrvReg& request, bool fresh = true, std::string language = "en",

@@ -11,6 +11,7 @@
 #include <asio/write.hpp>
 #include <chrono>
 
+#include "net/interfaces.h"
 #include "net/listen_sockets.h"
 #include "wire/codec.h"
 
@@ -74,9 +75,17 @@ std::optional<Bytes> AskGroup(const udp::endpoint& group, const Bytes& request, 
   return Ask(io, socket, group, request, replier, limit_ms);
 }
 
+std::uint32_t LoopbackIndex() {
+  const auto all = EnumerateInterfaces(true).value_or(std::vector<Interface>());
+  const auto loopback = std::find_if(all.begin(), all.end(), [](const Interface& candidate) {
+    return candidate.address == asio::ip::address_v6::loopback();
+  });
+  return loopback == all.end() ? 0 : loopback->index;
+}
+
 GroupListener::GroupListener(const udp::endpoint& group) {
   const auto error =
-      OpenGroupSocket(socket_, group.address(), group.port(), asio::ip::address_v4::loopback());
+      OpenGroupSocket(socket_, group.address().to_v4(), group.port(), asio::ip::address_v4::loopback());
   EXPECT_FALSE(error) << error.message();
 }
 
@@ -139,7 +148,7 @@ std::size_t TcpClient::Read(std::uint8_t* to, std::size_t size, asio::error_code
     received = count;
   });
   io_.restart();
-  io_.run_for(std::chrono::seconds(5));
+  io_.run_for(std::chrono::seconds(30));
   if (!io_.stopped()) {
     socket_.cancel();
     io_.run();

@@ -21,6 +21,9 @@ std::optional<Bytes> AskUdp(const asio::ip::udp::endpoint& where, const Bytes& r
 std::optional<Bytes> AskGroup(const asio::ip::udp::endpoint& group, const Bytes& request,
                               asio::ip::udp::endpoint& replier, int limit_ms = 5000);
 
+/// The index of the loopback interface; 0 without IPv6.
+std::uint32_t LoopbackIndex();
+
 /// One more member of a multicast group on the loopback interface, which hears what is sent to it.
 class GroupListener {
  public:
@@ -34,7 +37,7 @@ class GroupListener {
   asio::ip::udp::socket socket_{io_};
 };
 
-/// A TCP connection; each receive has a time limit of some seconds.
+/// A TCP connection; each receive has a time limit of half a minute.
 class TcpClient {
  public:
   /// From `source`, so that a test can be several peers.

@@ -79,6 +79,11 @@ TEST(CommandLine, WrongOnesSayWhatIsWrong) {
       {{"--property", "net.slp.prot=1"},
        "slpd: --property: there is no property net.slp.prot; slpd --help-properties lists them ("},
       {{"--property", "net.slp.port=0"}, "slpd: --property: net.slp.port must be "},
+      {{"--property", "net.slp.broadcastAddr=nonsense"},
+       "slpd: --property: net.slp.broadcastAddr must be an IPv4 address, not \"nonsense\" ("},
+      {{"--property", "net.slp.DAAddresses=::::"},
+       "slpd: --property: net.slp.DAAddresses must be addresses or names of hosts separated by commas, not "
+       "\"::::\" ("},
       {{"--property", "net.slp.OpenSLPVersion=3"},
        "slpd: --property: net.slp.OpenSLPVersion cannot be set ("},
       {{"--config"}, "slpd: --config: 1 required FILE missing ("},

@@ -8,10 +8,15 @@ namespace {
 using asio::ip::make_address;
 using asio::ip::make_address_v4;
 
+const asio::ip::address kLoMask = make_address("255.0.0.0");
+const asio::ip::address kMask = make_address("255.255.255.0");
+const asio::ip::address kMask6 = make_address("ffff:ffff:ffff:ffff::");
+const asio::ip::address kLoMask6 = make_address("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff");
+
 const std::vector<Interface> kHost{
-    {"lo", make_address_v4("127.0.0.1"), make_address_v4("255.0.0.0"), true, false, true},
-    {"eth0", make_address_v4("10.0.0.5"), make_address_v4("255.255.255.0"), true, true, false},
-    {"eth1", make_address_v4("10.0.1.5"), make_address_v4("255.255.255.0"), true, true, false},
+    {"lo", make_address_v4("127.0.0.1"), kLoMask, true, false, true},
+    {"eth0", make_address_v4("10.0.0.5"), kMask, true, true, false},
+    {"eth1", make_address_v4("10.0.1.5"), kMask, true, true, false},
 };
 
 struct Row {
@@ -25,16 +30,16 @@ TEST(ListenPlan, ChoosesWhatTheInterfacesSettingSays) {
   const ListenPlace implicit_loopback{make_address("127.0.0.1"), "loopback", false};
   const Row rows[] = {
       {"",
-       {{make_address("10.0.0.5"), "eth0", true},
-        {make_address("10.0.1.5"), "eth1", true},
-        {make_address("127.0.0.1"), "lo", true}},
+       {{make_address("10.0.0.5"), "eth0", true, 0, kMask},
+        {make_address("10.0.1.5"), "eth1", true, 0, kMask},
+        {make_address("127.0.0.1"), "lo", true, 0, kLoMask}},
        true,
        {}},
-      {"10.0.1.5", {{make_address("10.0.1.5"), "eth1", true}, implicit_loopback}, true, {}},
-      {"ETH0", {{make_address("10.0.0.5"), "eth0", true}, implicit_loopback}, true, {}},
-      {"127.0.0.1", {{make_address("127.0.0.1"), "lo", true}}, false, {}},
+      {"10.0.1.5", {{make_address("10.0.1.5"), "eth1", true, 0, kMask}, implicit_loopback}, true, {}},
+      {"ETH0", {{make_address("10.0.0.5"), "eth0", true, 0, kMask}, implicit_loopback}, true, {}},
+      {"127.0.0.1", {{make_address("127.0.0.1"), "lo", true, 0, kLoMask}}, false, {}},
       {"10.9.9.9,10.0.0.5",
-       {{make_address("10.0.0.5"), "eth0", true}, implicit_loopback},
+       {{make_address("10.0.0.5"), "eth0", true, 0, kMask}, implicit_loopback},
        true,
        {"net.slp.interfaces names 10.9.9.9, which is no address or interface of this host that is up; it is "
         "not "
@@ -53,38 +58,39 @@ TEST(ListenPlan, ChoosesWhatTheInterfacesSettingSays) {
 }
 
 TEST(ListenPlan, WithIpv6OneAddressOfAnInterfaceHearsTheGroups) {
-  const asio::ip::address netmask = make_address("ffff:ffff:ffff:ffff::");
   const asio::ip::address link = asio::ip::address_v6(asio::ip::make_address_v6("fe80::5").to_bytes(), 2);
   const asio::ip::address other_link =
       asio::ip::address_v6(asio::ip::make_address_v6("fe80::6").to_bytes(), 3);
   std::vector<Interface> host = kHost;
-  host.push_back({"lo", make_address("::1"), make_address("ffff:ffff:ffff:ffff:ffff:ffff:ffff:ffff"), true,
-                  false, true, 1});
-  host.push_back({"eth0", link, netmask, true, true, false, 2});
-  host.push_back({"eth0", make_address("2001:db8::5"), netmask, true, true, false, 2});
-  host.push_back({"eth0", make_address("2001:db8:1::5"), netmask, true, true, false, 2});
-  host.push_back({"eth1", other_link, netmask, true, true, false, 3});
+  host.push_back({"lo", make_address("::1"), kLoMask6, true, false, true, 1});
+  host.push_back({"eth0", link, kMask6, true, true, false, 2});
+  host.push_back({"eth0", make_address("2001:db8::5"), kMask6, true, true, false, 2});
+  host.push_back({"eth0", make_address("2001:db8:1::5"), kMask6, true, true, false, 2});
+  host.push_back({"eth1", other_link, kMask6, true, true, false, 3});
   const ListenPlace ipv4_loopback{make_address("127.0.0.1"), "loopback", false};
   const ListenPlace ipv6_loopback{make_address("::1"), "loopback", false, 1};
   const Row rows[] = {
       {"",
-       {{make_address("10.0.0.5"), "eth0", true},
-        {make_address("10.0.1.5"), "eth1", true},
-        {link, "eth0", false, 2},
-        {make_address("2001:db8::5"), "eth0", true, 2},
-        {make_address("2001:db8:1::5"), "eth0", false, 2},
-        {other_link, "eth1", true, 3},
-        {make_address("127.0.0.1"), "lo", true},
-        {make_address("::1"), "lo", true, 1}},
+       {{make_address("10.0.0.5"), "eth0", true, 0, kMask},
+        {make_address("10.0.1.5"), "eth1", true, 0, kMask},
+        {link, "eth0", false, 2, kMask6},
+        {make_address("2001:db8::5"), "eth0", true, 2, kMask6},
+        {make_address("2001:db8:1::5"), "eth0", false, 2, kMask6},
+        {other_link, "eth1", true, 3, kMask6},
+        {make_address("127.0.0.1"), "lo", true, 0, kLoMask},
+        {make_address("::1"), "lo", true, 1, kLoMask6}},
        true,
        {}},
       {"2001:db8:1::5",
-       {{make_address("2001:db8:1::5"), "eth0", true, 2}, ipv4_loopback, ipv6_loopback},
+       {{make_address("2001:db8:1::5"), "eth0", true, 2, kMask6}, ipv4_loopback, ipv6_loopback},
        false,
        {}},
-      {"10.0.1.5", {{make_address("10.0.1.5"), "eth1", true}, ipv4_loopback, ipv6_loopback}, true, {}},
-      {"::1", {{make_address("::1"), "lo", true, 1}}, false, {}},
-      {"127.0.0.1", {{make_address("127.0.0.1"), "lo", true}}, false, {}},
+      {"10.0.1.5",
+       {{make_address("10.0.1.5"), "eth1", true, 0, kMask}, ipv4_loopback, ipv6_loopback},
+       true,
+       {}},
+      {"::1", {{make_address("::1"), "lo", true, 1, kLoMask6}}, false, {}},
+      {"127.0.0.1", {{make_address("127.0.0.1"), "lo", true, 0, kLoMask}}, false, {}},
   };
   for (const Row& row : rows) {
     Properties properties;

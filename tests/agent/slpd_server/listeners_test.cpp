@@ -14,10 +14,12 @@
 #include "net/addresses.h"
 #include "support/free_port.h"
 #include "support/under_wine/under_wine.h"
+#include "support/wait_until.h"
 
 namespace slp {
 namespace {
 
+using kelsd::support::WaitUntil;
 using support::FreePort;
 
 using asio::ip::make_address;
@@ -32,6 +34,13 @@ class ScriptedReceiver : public MessageReceiver {
  public:
   using Script = std::function<std::optional<Bytes>(std::span<const std::uint8_t>, const Sender&)>;
 
+  milliseconds WaitBefore(std::span<const std::uint8_t>, const Sender&) override {
+    const std::lock_guard lock(mutex_);
+    const milliseconds wait = waits_.empty() ? milliseconds(0) : waits_.back();
+    waits_.resize(waits_.empty() ? 0 : waits_.size() - 1);
+    return wait;
+  }
+
   std::optional<Bytes> OnMessage(std::span<const std::uint8_t> message, const Sender& sender) override {
     const std::lock_guard lock(mutex_);
     last_sender_ = sender;
@@ -41,6 +50,17 @@ class ScriptedReceiver : public MessageReceiver {
   void OnDropped(std::string_view reason, std::size_t, const Sender&) override {
     const std::lock_guard lock(mutex_);
     dropped_.emplace_back(reason);
+  }
+
+  /// What messages have to wait, the last one first.
+  void SetWaits(std::vector<milliseconds> waits) {
+    const std::lock_guard lock(mutex_);
+    waits_ = std::move(waits);
+  }
+
+  bool AllWaitsBegan() {
+    const std::lock_guard lock(mutex_);
+    return waits_.empty();
   }
 
   void SetScript(Script script) {
@@ -61,6 +81,7 @@ class ScriptedReceiver : public MessageReceiver {
  private:
   std::mutex mutex_;
   Script script_;
+  std::vector<milliseconds> waits_;
   Sender last_sender_;
   std::vector<std::string> dropped_;
 };
@@ -88,14 +109,7 @@ class ListenersTest : public testing::Test {
 
   // Whether there come to be so many connections; only the other thread knows when.
   bool ConnectionsBecome(std::size_t count) {
-    const auto end = std::chrono::steady_clock::now() + seconds(5);
-    while (Connections() != count) {
-      if (std::chrono::steady_clock::now() >= end) {
-        return false;
-      }
-      std::this_thread::yield();
-    }
-    return true;
+    return WaitUntil([&] { return Connections() == count; });
   }
 
   asio::ip::udp::endpoint Udp() const { return {make_address("127.0.0.1"), plan_.port}; }
@@ -161,6 +175,7 @@ TEST_F(ListenersTest, AnAnswerThatDoesNotFitADatagramIsTold) {
   Serve();
   receiver_.SetScript([](auto, const Sender&) { return Bytes(70'000); });
   EXPECT_EQ(AskUdp(Udp(), request_, 100), std::nullopt);
+  EXPECT_TRUE(WaitUntil([this] { return !receiver_.dropped().empty(); }));
   EXPECT_THAT(receiver_.dropped(), ElementsAre("the answer could not be sent"));
 }
 
@@ -176,6 +191,31 @@ TEST_F(ListenersTest, AnswersMessagesOfOneConnectionInTheirOrder) {
   EXPECT_EQ(receiver_.last_sender().transport, Transport::kTcp);
   ASSERT_TRUE(client.Send(second));
   EXPECT_EQ(client.Receive(), second) << "the connection stays open";
+}
+
+TEST_F(ListenersTest, AMessageOfAStreamWaitsUntilItCanBeAnswered) {
+  Serve();
+  const Bytes second = BytesOf(8, SrvRqst{{}, "service:x", "DEFAULT", {}, {}});
+  receiver_.SetWaits({milliseconds(50), milliseconds(100)});
+  TcpClient client(Tcp());
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_TRUE(client.Send(Joined(request_, second)));
+  EXPECT_EQ(client.Receive(), request_);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(150));
+  EXPECT_EQ(client.Receive(), second);
+  EXPECT_EQ(AskUdp(Udp(), request_), request_);
+}
+
+TEST_F(ListenersTest, AConnectionMayEndWhileItsMessageWaits) {
+  Serve();
+  receiver_.SetWaits({seconds(20)});
+  {
+    TcpClient client(Tcp());
+    ASSERT_TRUE(client.Send(request_));
+    ASSERT_TRUE(WaitUntil([this] { return receiver_.AllWaitsBegan(); }));
+  }
+  loop_.Do([this] { listeners_.reset(); });
+  EXPECT_THAT(receiver_.dropped(), IsEmpty());
 }
 
 TEST_F(ListenersTest, AMessageMayComeInPieces) {
@@ -240,10 +280,11 @@ TEST_F(ListenersTest, AnIdleConnectionIsClosedAndNotTalkedAbout) {
   ConnectionLimits limits;
   limits.idle = milliseconds(50);
   Serve(limits);
-  TcpClient client(Tcp());
-  ASSERT_TRUE(client.Send(request_));
-  EXPECT_EQ(client.Receive(), request_);
-  EXPECT_TRUE(client.IsClosed());
+  // One whose thread is kept waiting for as long before it asks is idle, too.
+  EXPECT_TRUE(WaitUntil([&] {
+    TcpClient client(Tcp());
+    return client.Send(request_) && client.Receive() == request_ && client.IsClosed();
+  }));
   EXPECT_THAT(receiver_.dropped(), IsEmpty());
 }
 

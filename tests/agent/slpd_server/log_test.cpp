@@ -42,12 +42,12 @@ TEST_F(LogTest, ALineIsTimeKindAndText) {
 }
 
 TEST_F(LogTest, EveryKindHasItsName) {
-  for (const LogKind kind :
-       {LogKind::kState, LogKind::kProblem, LogKind::kRegistration, LogKind::kMessage, LogKind::kDrop}) {
+  for (const LogKind kind : {LogKind::kState, LogKind::kProblem, LogKind::kRegistration, LogKind::kMessage,
+                             LogKind::kDrop, LogKind::kRefusal}) {
     log_.Write(kind, "x");
   }
-  EXPECT_EQ(Lines(),
-            (std::vector<std::string>{"state x", "problem x", "registration x", "message x", "drop x"}));
+  EXPECT_EQ(Lines(), (std::vector<std::string>{"state x", "problem x", "registration x", "message x",
+                                               "drop x", "refusal x"}));
 }
 
 TEST_F(LogTest, ControlCharactersCanNotForgeALine) {
@@ -71,6 +71,16 @@ TEST_F(LogTest, AFloodOfOneKindIsCutAndTheOthersGoOn) {
   EXPECT_EQ(lines.size(), 123U);
   EXPECT_EQ(lines[121], "problem 6 more lines of this kind were left out");
   EXPECT_EQ(lines[122], "problem again");
+}
+
+TEST_F(LogTest, RefusalsTakeOneLineAMinute) {
+  for (int i = 0; i < 3; ++i) {
+    log_.Write(LogKind::kRefusal, std::to_string(i));
+  }
+  now_ += seconds(60);
+  log_.Write(LogKind::kRefusal, "next");
+  EXPECT_EQ(Lines(), (std::vector<std::string>{"refusal 0", "refusal 2 more lines of this kind were left out",
+                                               "refusal next"}));
 }
 
 TEST_F(LogTest, TellsProblemsAsFarAsItWritesThem) {

@@ -1,6 +1,7 @@
 #include "slpd/server/pid_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "agent/slpd_server/temporary_folder.h"
@@ -64,7 +65,36 @@ TEST(PidFile, IsNeverWrittenThroughALink) {
   PidFile file;
   std::string problem;
   EXPECT_EQ(file.Lock(folder.File("pid"), problem), Outcome::kFailed);
+  EXPECT_EQ(problem, "cannot open the pid file " + folder.File("pid") +
+                         ": it is a symbolic link, which is not followed: name the file itself");
   EXPECT_EQ(folder.Read("target"), "precious");
+}
+
+TEST(PidFile, IsNeverAFileWithASecondName) {
+  const TemporaryFolder folder;
+  folder.Write("target", "precious");
+  std::filesystem::create_hard_link(folder.File("target"), folder.File("pid"));
+  {
+    PidFile file;
+    std::string problem;
+    EXPECT_EQ(file.Lock(folder.File("pid"), problem), Outcome::kFailed);
+    EXPECT_EQ(problem, "cannot open the pid file " + folder.File("pid") +
+                           ": it has a second name (a hard link), so that it may be somebody else's file: "
+                           "name another one, in a folder that nobody else may write");
+  }
+  EXPECT_EQ(folder.Read("target"), "precious");
+}
+
+TEST(PidFile, IsNeverAPipeOrDevice) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::mkfifo(folder.File("pid").c_str(), 0666), 0);
+  for (const std::string& path : {folder.File("pid"), std::string("/dev/null")}) {
+    PidFile file;
+    std::string problem;
+    EXPECT_EQ(file.Lock(path, problem), Outcome::kFailed);
+    EXPECT_EQ(problem, "cannot open the pid file " + path +
+                           ": it is no regular file: name one, in a folder that nobody else may write");
+  }
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <map>
+#include <string>
 #include <vector>
 
 #include "agent/slpd_server/waiting_process.h"
@@ -13,8 +15,10 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
-class ProcessWatchTest : public testing::TestWithParam<ProcessWatch::Method> {
+// Its parameter: of how many processes the system gives notice.
+class ProcessWatchTest : public testing::TestWithParam<std::size_t> {
  protected:
   asio::io_context io_;
   std::vector<std::uint32_t> ended_;
@@ -68,11 +72,107 @@ TEST_P(ProcessWatchTest, SaysNothingOfAForgottenProcess) {
   EXPECT_TRUE(io_.stopped());
 }
 
-INSTANTIATE_TEST_SUITE_P(Methods, ProcessWatchTest,
-                         testing::Values(ProcessWatch::Method::kNotified, ProcessWatch::Method::kPolled),
-                         [](const auto& instance) {
-                           return instance.param == ProcessWatch::Method::kNotified ? "Notified" : "Polled";
-                         });
+INSTANTIATE_TEST_SUITE_P(Methods, ProcessWatchTest, testing::Values(ProcessWatch::kMostNotices, 0),
+                         [](const auto& instance) { return instance.param == 0 ? "Polled" : "Notified"; });
+
+TEST(ProcessWatchLimitTest, FurtherProcessesAreLookedFor) {
+  asio::io_context io;
+  std::vector<std::uint32_t> ended;
+  int looks = 0;
+  ProcessWatch watch(
+      io, [&ended](std::uint32_t process_id) { ended.push_back(process_id); }, 1,
+      [&looks] {
+        ++looks;
+        return ProcessesNow::Look();
+      });
+  WaitingProcess first;
+  WaitingProcess second;
+  WaitingProcess third;
+  ASSERT_TRUE(watch.Watch(first.id()));
+  EXPECT_EQ(looks, 0);
+  ASSERT_TRUE(watch.Watch(second.id()));
+  ASSERT_TRUE(watch.Watch(third.id()));
+  EXPECT_EQ(looks, 2);
+  EXPECT_EQ(watch.watched(), 3U);
+  second.Kill();
+  while (ended.empty() && io.run_one_for(std::chrono::seconds(20)) > 0) {
+  }
+  EXPECT_THAT(ended, ElementsAre(second.id()));
+  EXPECT_EQ(looks, 3) << "the first look after its end tells it";
+  first.Kill();
+  third.Kill();
+  io.run_for(std::chrono::seconds(20));
+  EXPECT_THAT(ended, UnorderedElementsAre(first.id(), second.id(), third.id()));
+  EXPECT_EQ(watch.watched(), 0U);
+}
+
+/// What a test says of the processes.
+struct Told {
+  bool known = true;
+  std::map<std::uint32_t, std::string> identities;
+};
+
+class ToldProcesses : public ProcessesNow {
+ public:
+  explicit ToldProcesses(const Told& told) : told_(told) {}
+  bool known() const override { return told_.known; }
+  std::optional<std::string> IdentityOf(std::uint32_t process_id) const override {
+    const auto found = told_.identities.find(process_id);
+    return found == told_.identities.end() ? std::nullopt : std::optional(found->second);
+  }
+
+ private:
+  const Told& told_;
+};
+
+class UnknownProcessesTest : public testing::Test {
+ protected:
+  /// Until the processes have been looked at once more.
+  void NextLook() {
+    const int before = looks_;
+    while (looks_ == before && io_.run_one_for(std::chrono::seconds(20)) > 0) {
+    }
+  }
+
+  asio::io_context io_;
+  Told told_;
+  int looks_ = 0;
+  std::vector<std::uint32_t> ended_;
+  ProcessWatch watch_{io_, [this](std::uint32_t process_id) { ended_.push_back(process_id); }, 0,
+                      [this] {
+                        ++looks_;
+                        return std::make_unique<ToldProcesses>(told_);
+                      }};
+};
+
+TEST_F(UnknownProcessesTest, AreKeptUntilTheSystemSaysThatTheyAreGone) {
+  told_.known = false;
+  EXPECT_TRUE(watch_.Watch(11));
+  NextLook();
+  EXPECT_THAT(ended_, IsEmpty());
+  told_ = {true, {{11, "eleven"}}};
+  NextLook();
+  told_.known = false;
+  told_.identities.clear();
+  NextLook();
+  EXPECT_THAT(ended_, IsEmpty());
+  told_.known = true;
+  NextLook();
+  EXPECT_THAT(ended_, ElementsAre(11));
+}
+
+TEST_F(UnknownProcessesTest, OneThatComesToHaveANumberLaterIsAnotherOne) {
+  told_.identities = {{11, ""}, {12, "twelve"}, {13, "thirteen"}};
+  for (const std::uint32_t process_id : {11U, 12U, 13U}) {
+    ASSERT_TRUE(watch_.Watch(process_id));
+  }
+  told_.identities = {{11, "eleven"}, {12, ""}, {13, "another"}};
+  NextLook();
+  EXPECT_THAT(ended_, ElementsAre(13));
+  told_.identities = {{11, "another"}, {12, "twelve"}};
+  NextLook();
+  EXPECT_THAT(ended_, ElementsAre(13, 11));
+}
 
 }  // namespace
 }  // namespace slp

@@ -16,10 +16,12 @@
 #include "net/local_process.h"
 #include "support/free_port.h"
 #include "support/under_wine/under_wine.h"
+#include "support/wait_until.h"
 
 namespace slp {
 namespace {
 
+using kelsd::support::WaitUntil;
 using support::FreePort;
 
 using std::chrono::milliseconds;
@@ -196,13 +198,9 @@ TEST_F(ServerTest, TheTimerFollowsTheEarliestEnd) {
   })) << reason;
   ASSERT_EQ(Register(Udp(), "service:x://long", 1000), Error::kOk);
   ASSERT_EQ(Register(Udp(), "service:x://short", 1), Error::kOk);
-  ASSERT_LT(elapsed(), milliseconds(1000));
-  while (Registered() == 2 && elapsed() < seconds(5)) {
-    std::this_thread::sleep_for(milliseconds(2));  // the real timer is what is tested
-  }
-  EXPECT_EQ(Registered(), 1U);
+  // The real timer is what is tested; the later end is far behind the limit.
+  EXPECT_TRUE(WaitUntil([&] { return Registered() == 1; }));
   EXPECT_GE(elapsed(), milliseconds(1000));
-  EXPECT_LT(elapsed(), milliseconds(1500));
 }
 
 TEST_F(ServerTest, WatchesAProcessOnlyWhileAServiceIsBoundToIt) {
@@ -330,6 +328,7 @@ TEST_F(ServerTest, TracesWhatTheSettingsAskFor) {
   Start();
   ASSERT_EQ(Register(Udp(), "service:x://one", 1000), Error::kOk);
   EXPECT_EQ(AskUdp(Udp(), {1, 2, 3}, 50), std::nullopt);
+  EXPECT_TRUE(WaitUntil([&] { return LogText().find(" drop ") != std::string::npos; }));
   EXPECT_THAT(
       LogText(),
       AllOf(
@@ -355,7 +354,7 @@ TEST_F(ServerTest, AReloadWithoutUsableSocketsKeepsEverything) {
   Start();
   ASSERT_EQ(Register(Udp(), "service:x://mine", 1000), Error::kOk);
   asio::io_context io;
-  const asio::ip::tcp::acceptor holder(io, {asio::ip::address_v4::loopback(), 0}, false);
+  const asio::ip::tcp::acceptor holder(io, {asio::ip::address_v4::loopback(), FreePort()}, false);
   Configure(
       {{"net.slp.port", std::to_string(holder.local_endpoint().port())}, {"net.slp.useScopes", "other"}});
   std::string reason;

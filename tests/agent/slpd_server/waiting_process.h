@@ -18,7 +18,7 @@ class WaitingProcess {
   WaitingProcess& operator=(const WaitingProcess&) = delete;
   ~WaitingProcess();
 
-  /// Ends it. What it leaves behind stays until Reap.
+  /// Ends it, and returns when it has ended. What it leaves behind stays until Reap.
   void Kill() const;
 
   /// Waits for its end and lets the system forget it.

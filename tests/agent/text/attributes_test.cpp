@@ -4,6 +4,7 @@
 
 #include "agent/text/mutation.h"
 #include "agent/text/outcome.h"
+#include "agent/text/unlimited.h"
 
 namespace slp {
 
@@ -156,23 +157,25 @@ TEST(AttributeListMerge, ReplacesAndAdds) {
 
 TEST(AttributeListSelect, TakesMatchingTagsInTheOrderOfTheList) {
   const AttributeList list = ListOf("(Name=Igore),(protocols=http,LPR),(resolution=res-600),x-OK,x-BUSY");
-  EXPECT_EQ(list.Select({}), list);
-  EXPECT_EQ(list.Select({"x-*", "resolution", "protocol"}), ListOf("(resolution=res-600),x-OK,x-BUSY"));
-  EXPECT_EQ(list.Select({"*O*"}), ListOf("(protocols=http,LPR),(resolution=res-600),x-OK"));
-  EXPECT_EQ(list.Select({"*"}), list);
-  EXPECT_EQ(list.Select({"none"}), AttributeList());
-  EXPECT_EQ(list.Select({"a\\"}), AttributeList());
+  EXPECT_EQ(list.Select(TagPatterns({}), Unlimited()), list);
+  EXPECT_EQ(list.Select(TagPatterns({"x-*", "resolution", "protocol"}), Unlimited()),
+            ListOf("(resolution=res-600),x-OK,x-BUSY"));
+  EXPECT_EQ(list.Select(TagPatterns({"*O*"}), Unlimited()),
+            ListOf("(protocols=http,LPR),(resolution=res-600),x-OK"));
+  EXPECT_EQ(list.Select(TagPatterns({"*"}), Unlimited()), list);
+  EXPECT_EQ(list.Select(TagPatterns({"none"}), Unlimited()), AttributeList());
+  EXPECT_EQ(list.Select(TagPatterns({"a\\"}), Unlimited()), AttributeList());
 }
 
 TEST(AttributeListRemoveMatching, LeavesTheOthers) {
   AttributeList list = ListOf("(Name=Igore),(protocols=http,LPR),(resolution=res-600),x-OK,x-BUSY");
-  list.RemoveMatching({"X-*", "name"});
+  list.RemoveMatching(TagPatterns({"X-*", "name"}), Unlimited());
   EXPECT_EQ(list, ListOf("(protocols=http,LPR),(resolution=res-600)"));
   EXPECT_EQ(list.Find("name"), nullptr);
   EXPECT_EQ(list.Find("Resolution")->values, std::vector{TextValue("res-600", "res-600")});
-  list.RemoveMatching({});
+  list.RemoveMatching(TagPatterns({}), Unlimited());
   EXPECT_EQ(list, ListOf("(protocols=http,LPR),(resolution=res-600)"));
-  list.RemoveMatching({"*"});
+  list.RemoveMatching(TagPatterns({"*"}), Unlimited());
   EXPECT_TRUE(list.empty());
 }
 

@@ -4,6 +4,7 @@
 
 #include "agent/text/mutation.h"
 #include "agent/text/outcome.h"
+#include "agent/text/unlimited.h"
 #include "text/escape.h"
 
 namespace slp {
@@ -176,7 +177,7 @@ TEST(PredicateParse, TakesNestingUpToItsLimit) {
   for (const char* open : {"(!", "(&", "(|", "( | (b=2)"}) {
     const auto deepest = Predicate::Parse(nested(open, kDeepest));
     ASSERT_TRUE(deepest.ok()) << open;
-    EXPECT_TRUE(deepest->Matches(attributes)) << open;
+    EXPECT_TRUE(deepest->Matches(attributes, Unlimited())) << open;
     EXPECT_EQ(Rewritten(nested(open, kDeepest + 1)), std::nullopt) << open;
   }
 }
@@ -186,7 +187,7 @@ TEST(PredicateParse, TakesComparisonsUpToTheirLimit) {
   const auto predicate = Predicate::Parse("(|" + Repeat("(a=1)", kMost - 1) + "(b=2))");
   ASSERT_TRUE(predicate.ok());
   EXPECT_EQ(predicate->root()->children.size(), kMost);
-  EXPECT_TRUE(predicate->Matches(AttributeList::Parse("(b=2)").value()));
+  EXPECT_TRUE(predicate->Matches(AttributeList::Parse("(b=2)").value(), Unlimited()));
   EXPECT_EQ(Rewritten("(|" + Repeat("(a=1)", kMost) + "(b=2))"), std::nullopt);
   EXPECT_EQ(Rewritten("(&" + Repeat("(|(a=1)(b=*))", kMost / 2) + "(c=3))"), std::nullopt);
 }
@@ -219,7 +220,8 @@ void ExpectMatches(const std::vector<MatchRow>& rows) {
     const auto attributes = AttributeList::Parse(row.attributes);
     ASSERT_TRUE(predicate.ok()) << row.predicate;
     ASSERT_TRUE(attributes.ok()) << row.attributes;
-    EXPECT_EQ(predicate->Matches(*attributes), row.matches) << row.predicate << " on " << row.attributes;
+    EXPECT_EQ(predicate->Matches(*attributes, Unlimited()), row.matches)
+        << row.predicate << " on " << row.attributes;
   }
 }
 
@@ -387,7 +389,7 @@ TEST(PredicateMatches, TakesLinearTime) {
   const auto attributes = AttributeList::Parse("(a=" + Repeat("a", 200000) + ")");
   const auto predicate = Predicate::Parse("(a=*" + Repeat("a", 60000) + "b" + Repeat("a", 60000) + "*)");
   ASSERT_TRUE(attributes.ok() && predicate.ok());
-  EXPECT_FALSE(predicate->Matches(*attributes));
+  EXPECT_FALSE(predicate->Matches(*attributes, Unlimited()));
 }
 
 TEST(PredicateParse, AnyMutationEitherFailsOrMeansTheSameWrittenAnew) {
@@ -411,7 +413,7 @@ TEST(PredicateParse, AnyMutationEitherFailsOrMeansTheSameWrittenAnew) {
     ASSERT_EQ(Rewritten(written), std::optional(written)) << text;
     const auto again = Predicate::Parse(written);
     for (const AttributeList& list : lists) {
-      ASSERT_EQ(again->Matches(list), predicate->Matches(list)) << text;
+      ASSERT_EQ(again->Matches(list, Unlimited()), predicate->Matches(list, Unlimited())) << text;
     }
   }
   EXPECT_GT(parsed, 1000);

@@ -102,5 +102,18 @@ TEST(TypeMatches, FindsConcreteTypesByTheirAbstractType) {
   }
 }
 
+TEST(TypeGroupNumber, FollowsTheFormulaOfRfc3111) {
+  EXPECT_EQ(TypeGroupNumber("a"), 97);
+  // 97 * 33 + 98 = 3299 = 3 * 1024 + 227
+  EXPECT_EQ(TypeGroupNumber("ab"), 227);
+  EXPECT_EQ(TypeGroupNumber("service:x"), 99);
+  EXPECT_EQ(TypeGroupNumber("service:printer"), 463);
+  EXPECT_EQ(TypeGroupNumber("service:printer:lpr"), 407);
+}
+
+TEST(TypeGroupNumber, IsTheSameForEqualTypes) {
+  EXPECT_EQ(TypeGroupNumber(" SERVICE:Printer "), 463);
+}
+
 }  // namespace
 }  // namespace slp

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "agent/text/outcome.h"
+#include "agent/text/unlimited.h"
 
 namespace slp {
 namespace {
@@ -56,7 +57,7 @@ TEST(TagPatterns, MatchTagsInAnyCase) {
       {{"a\\zz", "b"}, "b", true},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(TagPatterns(row.patterns).Matches(row.tag), row.matches)
+    EXPECT_EQ(TagPatterns(row.patterns).Matches(row.tag, Unlimited()), row.matches)
         << testing::PrintToString(row.patterns) << ' ' << row.tag;
   }
 }

@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <thread>
 
+#include "support/machine_delay.h"
+#include "support/run_program/run_program.h"
+
 namespace slp::integration {
 namespace {
 
@@ -12,6 +15,9 @@ using std::chrono::steady_clock;
 // there is.
 constexpr std::chrono::milliseconds kPause{20};
 constexpr std::chrono::seconds kLimit{20};
+
+/// Two quiet rounds of a multicast search with the default timeouts.
+constexpr std::chrono::milliseconds kMulticastSearch{1250};
 
 SLPBoolean SLPCALLBACK Collect(SLPHandle, const char* url, unsigned short, SLPError error, void* cookie) {
   if (error == SLP_OK) {
@@ -81,6 +87,28 @@ std::vector<std::string> DirectoryTest::FindAt(const std::string& address, const
   const auto urls = FindBy(handle, type, "");
   SLPClose(handle);
   return urls;
+}
+
+DirectoryTest::Milliseconds DirectoryTest::TimeOfProgram(const support::SlpdProcess& daemon,
+                                                         const std::string& type, const std::string& url,
+                                                         const std::string& scope) {
+  return TimeOf([&] {
+    const auto run = kelsd::support::RunProgram(
+        {KELSD_TOOL_PROGRAM, "find", type, "--scope", scope, "--config", daemon.configuration_file()});
+    EXPECT_THAT(run.output, testing::HasSubstr(url)) << run.error;
+  });
+}
+
+// A daemon that the machine kept from answering in time is not asked again by this process for a minute.
+// Programs that start anew ask it.
+void DirectoryTest::ExpectAnsweredByAgents(const support::SlpdProcess& daemon, const std::string& scope,
+                                           const std::vector<std::string>& urls) const {
+  kelsd::support::MachineDelay delay;
+  Milliseconds took = TimeOf([&] { EXPECT_EQ(Find("service:x", scope), urls); });
+  for (int left = 5; left > 0 && took >= kMulticastSearch; --left) {
+    took = TimeOfProgram(daemon, "service:x", urls.back(), scope);
+  }
+  EXPECT_LT(took, kMulticastSearch + delay.Allowance());
 }
 
 SLPError DirectoryTest::Register(const std::string& url) const {

@@ -39,6 +39,15 @@ class DirectoryTest : public testing::Test {
   /// What the agent at `address` alone answers.
   std::vector<std::string> FindAt(const std::string& address, const std::string& type) const;
 
+  /// How long a search of another process takes, on the host of `daemon`, and what it finds.
+  static Milliseconds TimeOfProgram(const support::SlpdProcess& daemon, const std::string& type,
+                                    const std::string& url, const std::string& scope = "DEFAULT");
+
+  /// Expects that a search for "service:x" on the host of `daemon` finds these, and sooner than one that asks
+  /// everyone.
+  void ExpectAnsweredByAgents(const support::SlpdProcess& daemon, const std::string& scope,
+                              const std::vector<std::string>& urls) const;
+
   SLPError Register(const std::string& url) const;
   SLPError Deregister(const std::string& url) const;
 

@@ -103,10 +103,12 @@ void GoodClient::Run() {
   for (int round = 1; !stop_; ++round) {
     const auto start = steady_clock::now();
     bool found = false;
-    for (int tries = 0; !found && tries < kTries; ++tries) {
+    int tries = 0;
+    for (; !found && tries < kTries; ++tries) {
       found = round % kUdpRequestsBetweenTcp == 0 ? FindByTcp() : FindByUdp();
     }
     if (found) {
+      repeated_ += tries > 1 ? 1 : 0;
       latencies_.push_back(
           std::chrono::duration_cast<std::chrono::microseconds>(steady_clock::now() - start));
     } else {

@@ -34,6 +34,9 @@ class GoodClient {
   /// Requests that had no right answer in three tries of a second.
   std::size_t errors() const { return errors_; }
 
+  /// Requests that had it at the second or third try.
+  std::size_t repeated() const { return repeated_; }
+
   /// The time within which so much of the requests was answered, 1.0: all of them.
   std::chrono::microseconds Latency(double share) const;
 
@@ -46,6 +49,7 @@ class GoodClient {
   std::atomic<bool> stop_{false};
   std::vector<std::chrono::microseconds> latencies_;
   std::size_t errors_ = 0;
+  std::size_t repeated_ = 0;
   std::thread thread_;
 };
 

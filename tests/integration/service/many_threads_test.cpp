@@ -88,8 +88,9 @@ class ManyThreads : public ServiceTest {
   // A change of the client's settings initialises the library again.
   static SResult ConfigureClient(int mtu) {
     CKelSLPClientConfig config;
-    constexpr int kShortest = 1252;
-    SResult result = config.SetTimeout(kShortest);
+    // Five seconds for a request, which is repeated meanwhile: no machine is that busy.
+    constexpr int kTimeout = 12500;
+    SResult result = config.SetTimeout(kTimeout);
     if (result.IsOk()) {
       result = config.SetMTU(mtu);
     }
@@ -125,6 +126,8 @@ TEST_F(ManyThreads, LeaveTheDaemonWithWhatIsRegistered) {
     for (unsigned i = 0; i < kThreads; ++i) {
       threads.emplace_back([this, i] { Run(i); });
     }
+    // On a busy machine none of them may come to it.
+    Note(ConfigureDaemon());
   }
   EXPECT_THAT(problems_, IsEmpty());
   EXPECT_GT(DaemonStarts(), 1) << "settings were changed";

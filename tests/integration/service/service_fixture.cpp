@@ -4,14 +4,10 @@
 #include <climits>
 #include <fstream>
 #include <iterator>
-#include <thread>
+
+#include "support/wait_until.h"
 
 namespace kelsd::integration {
-namespace {
-
-constexpr milliseconds kPause{5};
-
-}  // namespace
 
 void ServiceTest::TearDown() {
   EXPECT_THAT(CKelSLPService::SetRegistrationCheckInterval(INT_MAX), Succeeded());
@@ -38,14 +34,7 @@ std::vector<std::string> Find(const std::string& type, const std::vector<std::st
 }
 
 bool WaitUntil(milliseconds limit, const std::function<bool()>& done) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  while (!done()) {
-    if (std::chrono::steady_clock::now() >= end) {
-      return false;
-    }
-    std::this_thread::sleep_for(kPause);
-  }
-  return true;
+  return support::WaitUntil(done, limit);
 }
 
 }  // namespace kelsd::integration

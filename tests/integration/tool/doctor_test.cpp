@@ -59,6 +59,15 @@ TEST_F(ToolDoctor, TellsHowToStartTheDaemon) {
                                              {"advice", "Start it: kelsd slpd start"}}));
 }
 
+// Nobody has set the log to be overwritten.
+TEST_F(ToolDoctor, GivesAdviceThatMendsWhatItFinds) {
+  folder_.Write("slp.conf", "net.slp.port = " + std::to_string(port_) + "\nnet.slp.interfaces = 127.0.0.1\n");
+  EXPECT_THAT(RunTool({"doctor"}).output,
+              HasSubstr("\n         advice: Change it: kelsd config set net.slp.appendLog=false\n"));
+  ASSERT_EQ(RunTool({"config", "set", "net.slp.appendLog=false"}).status, 0);
+  EXPECT_THAT(RunTool({"doctor"}).output, Not(HasSubstr("appendLog")));
+}
+
 TEST_F(ToolDoctor, TellsOfPropertiesAndDeviations) {
   folder_.Write("slp.conf", "net.slp.DAHeartBeat = 100\nnet.slp.traceMsg = true\n");
   const ProgramRun run = RunTool({"doctor"});

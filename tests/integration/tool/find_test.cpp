@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "integration/library/library_fixture.h"
 #include "integration/tool/tool_fixture.h"
 
 namespace kelsd::integration {
@@ -12,6 +14,7 @@ namespace {
 using nlohmann::json;
 using support::ProgramRun;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kServer1 = "service:zdrest.tamro:http://127.0.0.1:8080";
@@ -118,8 +121,16 @@ TEST_F(ToolFind, ExitsWith2OnATimeoutThatIsTooShort) {
 }
 
 TEST_F(ToolFind, SendsFromTheInterfaceGiven) {
+  slp::support::SlpdOptions options;
+  options.configuration = "net.slp.useScopes = TAMRO\nnet.slp.traceMsg = true\n";
+  options.registrations = RegistrationFile(FamilyServices());
+  daemon_ = std::make_unique<slp::support::SlpdProcess>(options);
   EXPECT_EQ(Run({"find", "terminal", "--interface", "127.0.0.1"}).status, 0);
-  EXPECT_NE(Run({"find", "terminal", "--interface", "127.0.0.77", "--timeout", "1252"}).status, 2);
+  const std::string other_sender = "from 127.0.0.77 (multicast): SrvRqst";
+  EXPECT_THAT(daemon_->Log(), Not(HasSubstr(other_sender)));
+  // The host is configured for 127.0.0.1 alone.
+  Run({"find", "terminal", "--interface", "127.0.0.77", "--timeout", "1252"});
+  EXPECT_TRUE(daemon_->WaitForLog(other_sender)) << daemon_->Log();
 }
 
 }  // namespace

@@ -108,6 +108,45 @@ TEST_F(ToolServiceConfig, RefusesToReplaceValuesThatItCouldNotRead) {
   EXPECT_EQ(RunTool({"config", "get", "unicastMaximumWait"}).output, "3000\n");
 }
 
+TEST_F(ToolServiceConfig, RefusesToReplaceAWaitOrItsTimeoutsByTheWay) {
+  for (const std::string values : {"net.slp.unicastMaximumWait = 400\nnet.slp.unicastTimeouts = 100,200\n",
+                                   "net.slp.unicastMaximumWait = 8000\nnet.slp.unicastTimeouts = 500,50\n"}) {
+    const std::string file = "net.slp.port = " + std::to_string(port_) + "\n" + values;
+    folder_.Write("slp.conf", file);
+    for (const char* assignment : {"unicastMaximumWait=9000", "unicastTimeouts=500,1000"}) {
+      const ProgramRun run = RunTool({"config", "set", assignment});
+      EXPECT_EQ(run.status, 3) << assignment;
+      EXPECT_THAT(run.error, HasSubstr("kelsd: nothing was set, as it would replace the values above"));
+      EXPECT_EQ(folder_.Read("slp.conf"), file);
+    }
+  }
+}
+
+TEST_F(ToolServiceConfig, SetsBesideBadValuesThatItDoesNotWrite) {
+  folder_.Write("slp.conf", "net.slp.port = " + std::to_string(port_) +
+                                "\nnet.slp.interfaces = 127.0.0.1\n"
+                                "net.slp.DAActiveDiscoveryInterval = soon\n");
+  const ProgramRun run = RunTool({"config", "set", "traceReg=true"});
+  EXPECT_EQ(run.status, 0) << run.error;
+  EXPECT_THAT(folder_.Read("slp.conf"), HasSubstr("\r\nnet.slp.DAActiveDiscoveryInterval = soon\r\n"));
+  EXPECT_EQ(RunTool({"config", "get", "traceReg"}).output, "true\n");
+}
+
+TEST_F(ToolServiceConfig, StartsTheDaemonThatDoesNotRun) {
+  ASSERT_EQ(RunTool({"slpd", "status"}).status, 1);
+  EXPECT_EQ(RunTool({"config", "set", "traceReg=true"}).status, 0);
+  EXPECT_EQ(RunTool({"slpd", "status"}).status, 0);
+}
+
+TEST_F(ToolServiceConfig, TakesTheFileWithoutTheBlanksAroundItsName) {
+  SetEnvironment("OpenSLPConfig", " " + configuration_file() + "\t");
+  EXPECT_EQ(RunTool({"config", "path"}).output, configuration_file() + "\n");
+  EXPECT_EQ(RunTool({"config", "get", "port"}).output, std::to_string(port_) + "\n");
+  EXPECT_THAT(RunTool({"doctor"}).output,
+              HasSubstr("\nok       configuration file found: " + configuration_file() + "\n"));
+  SetEnvironment("OpenSLPConfig", configuration_file());
+}
+
 TEST_F(ToolServiceConfig, TakesAWaitAndItsTimeoutsInAnyOrder) {
   EXPECT_EQ(RunForJson({"config", "set", "unicastTimeouts=6000,7000", "unicastMaximumWait=9000"}),
             (json{{"set", {"unicastTimeouts=6000,7000", "unicastMaximumWait=9000"}},

@@ -66,11 +66,14 @@ class SlpPeer::Loop {
   };
   struct Delayed {
     TimePoint due;
+    std::function<bool()> when = {};
     Bytes bytes = {};
     udp::endpoint to = {};
     udp::socket* from = nullptr;       // datagrams
     Connection* connection = nullptr;  // streams
     bool close = false;
+    bool endless = false;
+    std::size_t written = 0;
   };
 
   void Open(const PeerOptions& options) {
@@ -80,7 +83,7 @@ class SlpPeer::Loop {
       Require(OpenUnicastSocket(unicast_, {address, port_}, 1), "datagram socket");
     }
     if (options.group) {
-      Require(OpenGroupSocket(group_, kMulticastGroup, port_, address), "group socket");
+      Require(OpenGroupSocket(group_, kMulticastGroup, port_, address.to_v4()), "group socket");
     }
     if (options.streams) {
       Require(OpenAcceptor(acceptor_, {address, port_}), "acceptor");
@@ -127,6 +130,7 @@ class SlpPeer::Loop {
       for (const PeerReply& reply : Answer(transport, std::move(bytes))) {
         udp::socket& sender = reply.from_elsewhere || !unicast_.is_open() ? elsewhere_ : unicast_;
         delayed_.push_back({.due = std::chrono::steady_clock::now() + reply.delay,
+                            .when = reply.when,
                             .bytes = reply.bytes,
                             .to = from,
                             .from = &sender});
@@ -185,11 +189,15 @@ class SlpPeer::Loop {
       for (std::size_t start = 0; start < reply.bytes.size(); start += chunk) {
         const auto begin = reply.bytes.begin() + static_cast<std::ptrdiff_t>(start);
         const auto size = static_cast<std::ptrdiff_t>(std::min(chunk, reply.bytes.size() - start));
-        delayed_.push_back({.due = due, .bytes = Bytes(begin, begin + size), .connection = &connection});
+        delayed_.push_back({.due = due,
+                            .when = reply.when,
+                            .bytes = Bytes(begin, begin + size),
+                            .connection = &connection,
+                            .endless = reply.endless});
         due += reply.chunk_pause;
       }
       if (reply.close) {
-        delayed_.push_back({.due = due, .connection = &connection, .close = true});
+        delayed_.push_back({.due = due, .when = reply.when, .connection = &connection, .close = true});
       }
     }
   }
@@ -208,33 +216,42 @@ class SlpPeer::Loop {
   void SendDue() {
     const TimePoint now = std::chrono::steady_clock::now();
     for (auto entry = delayed_.begin(); entry != delayed_.end();) {
-      if (entry->due > now) {
+      if (entry->due > now || (entry->when && !entry->when())) {
         ++entry;
         continue;
       }
-      Delayed due = std::move(*entry);
-      entry = delayed_.erase(entry);
-      asio::error_code error;
-      if (due.from != nullptr) {
-        due.from->send_to(asio::buffer(due.bytes), due.to, 0, error);
-      } else if (due.close) {
+      if (entry->close) {
         // Drop changes the list that is being walked; what else is due goes out at the next tick.
-        Drop(*due.connection);
-        return;
-      } else if (!WriteSome(due)) {
-        delayed_.push_front(std::move(due));
+        Drop(*entry->connection);
         return;
       }
+      if (entry->from != nullptr) {
+        asio::error_code error;
+        entry->from->send_to(asio::buffer(entry->bytes), entry->to, 0, error);
+      } else if (!WriteSome(*entry)) {
+        // What else goes to this connection comes behind it.
+        if (!entry->endless) {
+          return;
+        }
+        ++entry;
+        continue;
+      }
+      entry = delayed_.erase(entry);
     }
   }
 
-  /// False when something is left to be written, which then stands in `due`.
+  /// False when something is left to be written.
   static bool WriteSome(Delayed& due) {
     asio::error_code error;
-    const std::size_t written = due.connection->socket.write_some(asio::buffer(due.bytes), error);
-    due.bytes.erase(due.bytes.begin(), due.bytes.begin() + static_cast<std::ptrdiff_t>(written));
-    const bool blocked = error == asio::error::would_block || error == asio::error::try_again;
-    return due.bytes.empty() || (error && !blocked);
+    due.written += due.connection->socket.write_some(asio::buffer(due.bytes) + due.written, error);
+    if (error && error != asio::error::would_block && error != asio::error::try_again) {
+      return true;
+    }
+    if (due.written < due.bytes.size()) {
+      return false;
+    }
+    due.written = 0;
+    return !due.endless;
   }
 
   void Drop(Connection& connection) {

@@ -30,10 +30,12 @@ struct PeerRequest {
 struct PeerReply {
   Bytes bytes = {};
   std::chrono::milliseconds delay{0};
+  std::function<bool()> when = {};           ///< not before it says so; it is asked again and again
   bool from_elsewhere = false;               ///< datagrams: sent from another port
   std::size_t chunk = 0;                     ///< streams: so many bytes at a time; 0: all at once
   std::chrono::milliseconds chunk_pause{0};  ///< between two of them
   bool close = false;                        ///< streams: the connection ends behind the bytes
+  bool endless = false;                      ///< streams: the bytes are written again and again
 };
 
 struct PeerOptions {

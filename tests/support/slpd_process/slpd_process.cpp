@@ -70,8 +70,10 @@ void SlpdProcess::Send(int signal) {
 }
 
 void SlpdProcess::Reload(int signal) {
+  // The end of a line is written after the rest of it.
   const auto reloads = [this] {
-    const std::string log = Log();
+    std::string log = Log();
+    log.resize(log.rfind('\n') + 1);
     return CountOf(log, "slpd: reloaded") + CountOf(log, "slpd: not reloaded");
   };
   const std::size_t before = reloads();

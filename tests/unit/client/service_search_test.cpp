@@ -107,6 +107,21 @@ TEST_F(ServiceSearch, KeepsTheFirstOfSeveralRepliesWithOneUrl) {
                                        {"service:x://h", 10, "service:x", "h"}}));
 }
 
+// The time that a search takes for each service doesn't grow with their number: comparing each URL with all
+// others takes minutes for these.
+TEST_F(ServiceSearch, CopesWithManyServices) {
+  constexpr int kServices = 100'000;
+  InitializeCore();
+  std::vector<scripted_slp::Delivery> replies;
+  for (int number = 0; number < 2 * kServices; ++number) {
+    replies.push_back(Service("service:x://h" + std::to_string(number % kServices), 1));
+  }
+  Next(Function::kFindSrvs, Delivers(replies));
+  Results results;
+  EXPECT_THAT(CKelSLPClientImpl::FindServices(results, "service:x", {}, "", ""), SameResult(kSuccess));
+  EXPECT_EQ(results.size(), kServices);
+}
+
 TEST_F(ServiceSearch, KeepsServicesWhoseUrlCannotBeSplit) {
   InitializeCore();
   Next(Function::kFindSrvs,

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <functional>
 #include <future>
 #include <memory>
 #include <mutex>
@@ -13,44 +12,44 @@
 
 #include "support/fake_platform/fake_timers.h"
 #include "support/latch.h"
+#include "support/wait_until.h"
 
 namespace kelsd::platform {
 namespace {
 
+using support::WaitUntil;
+
 // Long enough for what may go on to have gone on; a timer that is wrongly waited for, or not, fails the test.
 constexpr std::chrono::milliseconds kGrace{50};
 
-// Whether it has come about in time; a busy machine gets plenty of it.
-[[nodiscard]] bool WaitUntil(const std::function<bool()>& done) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-  while (!done()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return true;
-}
-
 TEST(PeriodicTimer, TicksAgainAndAgainOnThreadsOfItsOwn) {
-  std::atomic<int> ticks = 0;
-  std::atomic<bool> same_thread = false;
-  std::atomic<bool> in_order = true;
-  const auto self = std::this_thread::get_id();
+  struct Seen {  // by callbacks that may still run when the test has ended
+    std::atomic<int> ticks = 0;
+    std::atomic<bool> same_thread = false;
+    std::atomic<bool> in_order = true;
+  };
+  const auto seen = std::make_shared<Seen>();
   auto timer = SystemTimers().Start(1, {.tick =
-                                            [&] {
-                                              ++ticks;
-                                              same_thread = same_thread || std::this_thread::get_id() == self;
+                                            [seen, self = std::this_thread::get_id()] {
+                                              ++seen->ticks;
+                                              if (std::this_thread::get_id() == self) {
+                                                seen->same_thread = true;
+                                              }
                                             },
-                                        .after_tick = [&] { in_order = in_order && ticks > 0; }});
+                                        .after_tick =
+                                            [seen] {
+                                              if (seen->ticks == 0) {
+                                                seen->in_order = false;
+                                              }
+                                            }});
   ASSERT_NE(timer, nullptr);
-  EXPECT_TRUE(WaitUntil([&] { return ticks >= 20; }));
+  EXPECT_TRUE(WaitUntil([&] { return seen->ticks >= 20; }));
   timer.reset();
-  const int at_deletion = ticks;
+  const int at_deletion = seen->ticks;
   std::this_thread::sleep_for(kGrace);
-  EXPECT_EQ(ticks, at_deletion);
-  EXPECT_FALSE(same_thread);
-  EXPECT_TRUE(in_order);
+  EXPECT_EQ(seen->ticks, at_deletion);
+  EXPECT_FALSE(seen->same_thread);
+  EXPECT_TRUE(seen->in_order);
 }
 
 TEST(PeriodicTimer, TheFirstTickComesAfterOnePeriod) {

@@ -75,12 +75,16 @@ TEST(ReaderWriterLock, AWaitingWriterKeepsNewReadersOut) {
   // Nothing tells when the writer waits; readers that come before that still get in.
   std::atomic<bool> reader_saw_write = false;
   std::future<void> reader;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
   bool kept_out = false;
-  for (int attempt = 0; attempt < 100 && !kept_out; ++attempt) {
+  while (!kept_out && std::chrono::steady_clock::now() < end) {
+    support::Latch running(1);
     reader = std::async(std::launch::async, [&] {
+      running.CountDown();
       const std::shared_lock guard(lock);
       reader_saw_write = written.load();
     });
+    running.Wait();
     kept_out = IsStillWaiting(reader);
   }
   EXPECT_TRUE(kept_out);

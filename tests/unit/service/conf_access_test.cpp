@@ -239,6 +239,13 @@ TEST_F(ConfAccess, WithoutALockAFailedWriteIsReported) {
   }
 }
 
+#ifdef __linux__
+TEST_F(ConfAccess, WithoutALockAFailureWhileItIsReadIsReported) {
+  CSLPConfAccess store(clock);
+  EXPECT_EQ(store.Open("/proc/self/mem", false, 0), Status::kLoadFailed) << "nothing lies at address 0";
+}
+#endif
+
 TEST(ConfAccessStatus, HasACodeEach) {
   EXPECT_EQ(ConvertConfigFileStatus(Status::kSuccess), SResult::ERR_SUCCESS);
   EXPECT_EQ(ConvertConfigFileStatus(Status::kOpenFailed), SResult::ERR_CONF_OPEN);

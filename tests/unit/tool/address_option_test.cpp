@@ -12,7 +12,7 @@ TEST(AddressOption, TakesAddressesOnly) {
   }
   for (const char* other :
        {"", "server1", "10.0.0", "10.0.0.5.6", "10.0.0.256", "10.0.0.", "10..0.5", "10.0.0.5 ", "1.2.3.0004",
-        "a.b.c.d", "-1.2.3.4", "ab:cd", "http://h", "::g", "10.0.0.5:427"}) {
+        "10.0.0.05", "010.0.0.5", "a.b.c.d", "-1.2.3.4", "ab:cd", "http://h", "::g", "10.0.0.5:427"}) {
     EXPECT_FALSE(IsIpAddress(other)) << other;
   }
 }

@@ -1,6 +1,9 @@
 #include "diagnosis.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "kelsd/CKelSLPServiceConfig.h"
 
 namespace kelsd_tool {
 
@@ -52,6 +55,30 @@ TEST(Diagnosis, JudgesSettings) {
                        "Install the SLP version that the library was made for."},
                       {"settings as required", false, "The port is wrong.",
                        "Correct net.slp.port in the configuration file, then: kelsd slpd restart"}}));
+}
+
+// Each stands as it must not be; the advice is the opposite.
+TEST(Diagnosis, AdvisesWhatTheSettingsThatCanBeChangedMustBe) {
+  kelsd::CKelSLPServiceConfig config;
+  config.SetWatchRegistrationPID(false);
+  config.SetTraceDATraffic(true);
+  config.SetTraceReg(true);
+  config.SetTraceDrop(true);
+  config.SetTraceMsg(true);
+  config.SetAppendLog(true);
+  std::vector<std::string> advice;
+  for (const Finding& finding : JudgeSettings({}, config.Validate())) {
+    if (finding.advice.rfind("Change it", 0) == 0) {
+      advice.push_back(finding.advice);
+    }
+  }
+  EXPECT_THAT(advice,
+              testing::UnorderedElementsAre("Change it: kelsd config set net.slp.watchRegistrationPID=true",
+                                            "Change it: kelsd config set net.slp.traceDATraffic=false",
+                                            "Change it: kelsd config set net.slp.traceReg=false",
+                                            "Change it: kelsd config set net.slp.traceDrop=false",
+                                            "Change it: kelsd config set net.slp.traceMsg=false",
+                                            "Change it: kelsd config set net.slp.appendLog=false"));
 }
 
 TEST(Diagnosis, JudgesWhetherTheDaemonRuns) {

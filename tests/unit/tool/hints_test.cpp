@@ -31,6 +31,16 @@ TEST(Hints, AdviseWhereSomethingCanBeDone) {
   EXPECT_EQ(none, without);
 }
 
+TEST(Hints, OfTheConfigurationFileTellWhatRightsItTakes) {
+  EXPECT_EQ(
+      HintFor(SResult::ERR_CONF_OPEN),
+      "Another program may be writing the file: try again. Else check that this user may read and write "
+      "it.");
+  EXPECT_EQ(HintFor(SResult::ERR_RESTART_REQUIRED),
+            "SLP could not read the file that OpenSLPConfig names: check that this user may. An application "
+            "that changed the variable after SLP had read it must be started again.");
+}
+
 TEST(Hints, StandWithTheResultForPrograms) {
   EXPECT_EQ(
       ToJson(SResult(SResult::ERR_CONF_WRITE, "file", "a b")),

@@ -1,5 +1,6 @@
 #include "settings.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace kelsd_tool {
@@ -8,6 +9,7 @@ namespace {
 using kelsd::CKelSLPClientConfig;
 using kelsd::CKelSLPConfig;
 using kelsd::CKelSLPServiceConfig;
+using kelsd::SResult;
 
 using Problem = std::optional<std::string>;
 
@@ -90,6 +92,39 @@ TEST(Settings, TellTheFirstThatIsWrong) {
             Problem("'MTU' cannot be set: " + CKelSLPConfig::ValidateMTU(1).GetErrorDetail()));
   EXPECT_EQ(Assign(config, Parsed({"useScopes=A", "useScopes=B,C"})), Problem());
   EXPECT_EQ(config.GetUseScopes(), (std::vector<std::string>{"B", "C"}));
+}
+
+// The properties that a problem with these values of the daemon's waits is about.
+std::vector<CKelSLPConfig::EProperty> LostWith(int wait, const std::vector<int>& timeouts) {
+  std::vector<SResult> problems;
+  const CKelSLPConfig config(CKelSLPConfig::MULTICASTTTL_DEFAULT, wait, timeouts, CKelSLPConfig::MTU_DEFAULT,
+                             "", false, {}, true, CKelSLPConfig::PORT_DEFAULT, false, true, false, "",
+                             problems);
+  EXPECT_EQ(problems.size(), 1U);
+  std::vector<CKelSLPConfig::EProperty> lost;
+  for (const CKelSLPConfig::EProperty property : CKelSLPConfig::GetEProperty()) {
+    if (!problems.empty() && IsAbout(problems.front(), property)) {
+      lost.push_back(property);
+    }
+  }
+  return lost;
+}
+
+TEST(Settings, LoseAWaitAndItsTimeoutsTogether) {
+  const auto both = testing::UnorderedElementsAre(CKelSLPConfig::PROP_UNICASTMAXIMUMWAIT,
+                                                  CKelSLPConfig::PROP_UNICASTTIMEOUTS);
+  EXPECT_THAT(LostWith(400, {100, 200}), both);
+  EXPECT_THAT(LostWith(8000, {500, 50}), both);
+}
+
+TEST(Settings, AreLostOneByOneWhereTheyAreNoNumbers) {
+  const SResult problem(
+      SResult::ERR_PROPERTY_PARSE,
+      "Property: " + CKelSLPConfig::ToString(CKelSLPConfig::PROP_UNICASTTIMEOUTS) + ". Cannot convert.",
+      "f g");
+  EXPECT_TRUE(IsAbout(problem, CKelSLPConfig::PROP_UNICASTTIMEOUTS));
+  EXPECT_FALSE(IsAbout(problem, CKelSLPConfig::PROP_UNICASTMAXIMUMWAIT));
+  EXPECT_FALSE(IsAbout(problem, CKelSLPConfig::PROP_MULTICASTTIMEOUTS));
 }
 
 TEST(Settings, RefuseWhatIsNoAssignment) {

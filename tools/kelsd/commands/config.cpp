@@ -1,5 +1,4 @@
 // kelsd config: the settings of the daemon, and those that searches use.
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -13,6 +12,7 @@
 #include "commands/commands.h"
 #include "commands/config_set.h"
 #include "config_view.h"
+#include "configuration_file.h"
 #include "kelsd/CKelSLPClient.h"
 #include "kelsd/CKelSLPService.h"
 #include "result_view.h"
@@ -134,15 +134,15 @@ ExitStatus Validate(ConfigOptions& options, Console& console) {
 
 ExitStatus Path(ConfigOptions& options, Console& console) {
   options.session.UseConfiguration();
-  const char* path = std::getenv("OpenSLPConfig");
-  if (path == nullptr) {
+  const std::optional<std::string> path = ConfigurationFile();
+  if (!path) {
     return console.Fail(SResult(SResult::ERR_ENV_NOT_SET));
   }
   if (options.session.json()) {
     std::error_code ignored;
-    console.PrintJson({{"path", path}, {"exists", std::filesystem::exists(path, ignored)}});
+    console.PrintJson({{"path", *path}, {"exists", std::filesystem::exists(*path, ignored)}});
   } else {
-    console.PrintLine(path);
+    console.PrintLine(*path);
   }
   return kFound;
 }

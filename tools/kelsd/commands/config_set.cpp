@@ -1,11 +1,11 @@
 #include "commands/config_set.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <optional>
 
 #include "config_view.h"
+#include "configuration_file.h"
 #include "kelsd/CKelSLPClient.h"
 #include "kelsd/CKelSLPService.h"
 #include "progress.h"
@@ -17,6 +17,7 @@ namespace {
 
 using kelsd::CKelSLPClient;
 using kelsd::CKelSLPClientConfig;
+using kelsd::CKelSLPConfig;
 using kelsd::CKelSLPService;
 using kelsd::CKelSLPServiceConfig;
 using kelsd::SResult;
@@ -56,15 +57,23 @@ std::optional<std::string> Parse(const ConfigOptions& options, std::vector<Assig
   return std::nullopt;
 }
 
-// Whether a value of the file, which could not be read, would be replaced by the default without having been
+// Whether the value of a setting that is written but not assigned could not be used.
+bool IsAboutOthers(const SResult& problem, const std::vector<Assignment>& assignments) {
+  const std::vector<CKelSLPConfig::EProperty> all = CKelSLPConfig::GetEProperty();
+  return std::any_of(all.begin(), all.end(), [&](CKelSLPConfig::EProperty property) {
+    return IsServiceEditable(property) && IsAbout(problem, property) &&
+           std::none_of(assignments.begin(), assignments.end(),
+                        [property](const Assignment& assignment) { return assignment.property == property; });
+  });
+}
+
+// Whether a value of the file, which could not be used, would be replaced by the default without having been
 // asked for; it has been told then.
 bool WouldLoseValues(const std::vector<SResult>& problems, const std::vector<Assignment>& assignments,
                      Console& console) {
   bool would_lose = false;
   for (const SResult& problem : problems) {
-    if (std::none_of(assignments.begin(), assignments.end(), [&problem](const Assignment& assignment) {
-          return IsAbout(problem, assignment.property);
-        })) {
+    if (IsAboutOthers(problem, assignments)) {
       console.PrintError(problem);
       would_lose = true;
     }
@@ -77,7 +86,7 @@ bool WouldLoseValues(const std::vector<SResult>& problems, const std::vector<Ass
   return would_lose;
 }
 
-// 1. Every value of the file that the assignments leave alone must have been read, as all are written.
+// 1. Every value of the file that the assignments leave alone must be usable, as all are written.
 // 2. Write them together: the daemon is restarted once at most.
 ExitStatus SetOfService(ConfigOptions& options, const std::vector<Assignment>& assignments,
                         Console& console) {
@@ -100,7 +109,7 @@ ExitStatus SetOfService(ConfigOptions& options, const std::vector<Assignment>& a
   if (set.IsNotOk()) {
     return console.Fail(set);
   }
-  const std::string file = std::getenv("OpenSLPConfig");
+  const std::string file = ConfigurationFile().value_or("");
   if (options.session.json()) {
     console.PrintJson({{"set", options.assignments}, {"file", file}});
   } else {

@@ -1,6 +1,5 @@
 // kelsd doctor: what is wrong with service discovery on this host, and what to do about it.
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <iterator>
 #include <memory>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "commands/commands.h"
+#include "configuration_file.h"
 #include "diagnosis.h"
 #include "hints.h"
 #include "host_addresses.h"
@@ -43,24 +43,25 @@ Exit status: 0 all well; 1 problems found; 2 usage; 3 the library could not be u
 
 // Whether there is a file that the library can use.
 bool CheckFile(Findings& findings) {
-  const char* path = std::getenv("OpenSLPConfig");
-  if (path == nullptr || *path == '\0') {
+  const std::optional<std::string> named = ConfigurationFile();
+  if (!named || named->empty()) {
     findings.push_back(
         {"configuration file named", false,
-         path == nullptr ? "The variable OpenSLPConfig is not set." : "The variable OpenSLPConfig is empty.",
+         named ? "The variable OpenSLPConfig is empty." : "The variable OpenSLPConfig is not set.",
          HintFor(SResult::ERR_ENV_NOT_SET)});
     return false;
   }
+  const std::string& path = *named;
   findings.push_back({"configuration file named", true, path, ""});
   std::error_code error;
   if (!std::filesystem::exists(path, error)) {
-    findings.push_back({"configuration file found", false, std::string(path) + " does not exist.",
+    findings.push_back({"configuration file found", false, path + " does not exist.",
                         "The first registration creates it, and so does 'kelsd config show'; or correct "
                         "the variable OpenSLPConfig."});
     return false;
   }
   if (!std::filesystem::is_regular_file(path, error)) {
-    findings.push_back({"configuration file found", false, std::string(path) + " is no file.",
+    findings.push_back({"configuration file found", false, path + " is no file.",
                         "Let the variable OpenSLPConfig name a file."});
     return false;
   }

@@ -9,6 +9,8 @@
 #include <system_error>
 #include <thread>
 
+#include "slpd/server/posix/written_file.h"
+
 namespace slp {
 namespace {
 
@@ -40,9 +42,10 @@ PidFile::~PidFile() {
 }
 
 PidFile::Outcome PidFile::Lock(const std::string& path, std::string& problem) {
-  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644);
+  std::string reason;
+  const int descriptor = OpenWrittenFile(path, O_RDWR, 0644, WrittenFile::kRegular, reason);
   if (descriptor < 0) {
-    problem = "cannot open the pid file " + path + ": " + LastError();
+    problem = "cannot open the pid file " + path + ": " + reason;
     return Outcome::kFailed;
   }
   auto handle = std::make_unique<Handle>(descriptor);

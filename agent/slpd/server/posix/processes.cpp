@@ -34,7 +34,20 @@ bool Exists(std::uint32_t process_id) {
 
 class DescriptorNotice : public ProcessNotice {
  public:
-  DescriptorNotice(asio::io_context& io, int descriptor) : descriptor_(io, descriptor) {}
+  explicit DescriptorNotice(asio::io_context& io) : descriptor_(io) {}
+
+  bool Open(std::uint32_t process_id) {
+    const int descriptor = OpenProcessDescriptor(process_id);
+    if (descriptor < 0) {
+      return false;
+    }
+    asio::error_code error;
+    descriptor_.assign(descriptor, error);
+    if (error) {
+      ::close(descriptor);
+    }
+    return !error;
+  }
 
   void Wait(std::function<void(const asio::error_code& error)> ended) override {
     descriptor_.async_wait(asio::posix::stream_descriptor::wait_read, std::move(ended));
@@ -44,27 +57,9 @@ class DescriptorNotice : public ProcessNotice {
   asio::posix::stream_descriptor descriptor_;
 };
 
-}  // namespace
-
-std::unique_ptr<ProcessNotice> ProcessNotice::Order(asio::io_context& io, std::uint32_t process_id) {
-  const int descriptor = CanBeProcess(process_id) ? OpenProcessDescriptor(process_id) : -1;
-  return descriptor < 0 ? nullptr : std::make_unique<DescriptorNotice>(io, descriptor);
-}
-
-// The system is asked about each process by itself.
-struct ProcessesNow::Look {};
-
-ProcessesNow::ProcessesNow() = default;
-
-ProcessesNow::~ProcessesNow() = default;
-
-bool ProcessesNow::known() const {
-  return true;
-}
-
 // When the process started; nothing for one that has ended and waits to be reaped, and "" where the system
-// doesn't say.
-std::optional<std::string> ProcessesNow::IdentityOf(std::uint32_t process_id) const {
+// doesn't say: it may have no descriptor left to say it by.
+std::optional<std::string> StartOf(std::uint32_t process_id) {
   constexpr int kFieldsUpToStartTime = 20;  // counted from the state, the first field behind the name
   if (!CanBeProcess(process_id) || !Exists(process_id)) {
     return std::nullopt;
@@ -87,6 +82,26 @@ std::optional<std::string> ProcessesNow::IdentityOf(std::uint32_t process_id) co
     position += position == std::string::npos ? 0 : 1;
   }
   return position == std::string::npos ? "" : line.substr(position, line.find(' ', position) - position);
+}
+
+// The system is asked about each process by itself.
+class EachByItself : public ProcessesNow {
+ public:
+  bool known() const override { return true; }
+  std::optional<std::string> IdentityOf(std::uint32_t process_id) const override {
+    return StartOf(process_id);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<ProcessNotice> ProcessNotice::Order(asio::io_context& io, std::uint32_t process_id) {
+  auto notice = std::make_unique<DescriptorNotice>(io);
+  return CanBeProcess(process_id) && notice->Open(process_id) ? std::move(notice) : nullptr;
+}
+
+std::unique_ptr<ProcessesNow> ProcessesNow::Look() {
+  return std::make_unique<EachByItself>();
 }
 
 }  // namespace slp

@@ -29,7 +29,7 @@ class Service : private Supervisor {
   // Steps:
   // 1. Take controls, and say at once that the service starts: the manager waits for that.
   // 2. Run the daemon; its steps are the check points.
-  // 3. Say how it ended. After that the process may be ended.
+  // 3. Say how it ended. After that the process may be ended, and this object be gone.
   void Main() {
     const SERVICE_STATUS_HANDLE handle = RegisterServiceCtrlHandlerExA(kServiceName, &ControlHandler, this);
     if (handle == nullptr) {

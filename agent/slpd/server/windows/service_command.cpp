@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "properties/platform_files.h"
+#include "properties/properties.h"
 
 namespace slp {
 namespace {
@@ -47,7 +47,7 @@ std::string JoinArguments(const std::vector<std::string>& arguments) {
 
 std::vector<std::string> ServiceArguments(const std::string& program, const CommandLine& command_line) {
   const std::string configuration =
-      command_line.config_file.empty() ? EnvironmentVariable("OpenSLPConfig") : command_line.config_file;
+      command_line.config_file.empty() ? PropertyFiles::Default().environment : command_line.config_file;
   const std::pair<const char*, const std::string&> files[] = {
       {"--config", configuration},
       {"--regfile", command_line.registration_file},

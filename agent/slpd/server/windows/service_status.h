@@ -18,13 +18,15 @@ class ServiceStatus {
   void Starting();  ///< a step of the start
   void Running();
   void Stopping();  ///< a step of the stop
-  /// `failure` 0: ended as asked. Else the service's own code for what went wrong. The process may be ended
-  /// at any time after this.
+  /// `failure` 0: ended as asked. Else the service's own code for what went wrong. The last that the manager
+  /// hears: what is called later, or at the same moment by another thread, tells it nothing. Once it has
+  /// heard, the main thread goes on to end the process, and this object may be gone before the call returns.
   void Stopped(std::uint32_t failure);
 
  private:
   void Pending(DWORD state, DWORD wait_hint);
   void Report();
+  bool HasStopped() const { return status_.dwCurrentState == SERVICE_STOPPED; }
 
   std::mutex mutex_;
   SERVICE_STATUS_HANDLE handle_ = nullptr;

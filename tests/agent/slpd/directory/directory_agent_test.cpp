@@ -102,6 +102,34 @@ TEST(DirectoryAgentTest, OtherHostsHearOfItOnceItsBootTimestampIsItsOwn) {
   }
 }
 
+TEST(DirectoryAgentTest, AStreamWaitsUntilOthersMayHearOfIt) {
+  DirectoryLogic daemon;
+  AgentSettings settings = DirectorySettings();
+  settings.announced_from = daemon.now + Instant(700);
+  daemon.handler.SetSettings(settings);
+  const Bytes asks_for_agents = Encode(MakeMessage(MakeSrvRqst("Service:Directory-Agent"))).value();
+  const Bytes asks_for_services = Encode(MakeMessage(MakeSrvRqst("service:x"))).value();
+  RequestOrigin own_stream = kOwnHost;
+  own_stream.transport = Transport::kTcp;
+  const auto wait = [&](const Bytes& request, const RequestOrigin& origin) {
+    return daemon.handler.WaitBefore(request, origin, daemon.now);
+  };
+  EXPECT_EQ(wait(asks_for_agents, kStreamPeer), Instant(700));
+  EXPECT_EQ(wait(asks_for_services, kStreamPeer), Instant(0));
+  EXPECT_EQ(wait({1, 2, 3}, kStreamPeer), Instant(0));
+  EXPECT_EQ(wait(asks_for_agents, kNeighbour), Instant(0)) << "asks again by itself";
+  EXPECT_EQ(wait(asks_for_agents, own_stream), Instant(0));
+  daemon.now += Instant(699);
+  EXPECT_EQ(wait(asks_for_agents, kStreamPeer), Instant(1));
+  daemon.now += Instant(1);
+  EXPECT_EQ(wait(asks_for_agents, kStreamPeer), Instant(0));
+  EXPECT_EQ(daemon.Ask(MakeSrvRqst(kAgentType), kStreamPeer), ReplyOf(Advert()));
+  settings.announced_from += Seconds(5);
+  settings.directory_agent = false;
+  daemon.handler.SetSettings(settings);
+  EXPECT_EQ(wait(asks_for_agents, kStreamPeer), Instant(0));
+}
+
 TEST(DirectoryAgentTest, WhatNobodyAskedForHasNoXid) {
   Message expected = MakeMessage(Advert());
   expected.header.xid = 0;
@@ -134,6 +162,8 @@ TEST(DirectoryAgentTest, TakesTheServicesOfItsNetworks) {
       {"service:x://10.0.0.7:80/a", kNeighbour, Error::kOk, Error::kOk},
       {"service:x://some.name", kNeighbour, Error::kOk, Error::kOk},
       {"service:x://10.0.0.8", kNeighbour, Error::kInvalidRegistration, Error::kOk},
+      {"service:x://10.0.0.010", kNeighbour, Error::kInvalidRegistration, Error::kOk},
+      {"service:x://167772168", kNeighbour, Error::kInvalidRegistration, Error::kOk},
       {"service:x://10.0.0.8", kOwnHost, Error::kOk, Error::kOk},
       {"service:x://192.0.2.9", kStranger, refused, refused},
       {"service:x://192.0.2.9", kStreamPeer, refused, refused},

@@ -3,160 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "agent/slpd/daemon_logic.h"
+#include "agent/slpd/directory/directory_client_fixture.h"
 
 namespace slp {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr std::uint32_t kBootTime = 1000;
-
-// One line for each thing that leaves, and the transaction id of what left last.
-class RecordedWire : public DirectoryWire {
- public:
-  void SendToAll(const std::function<Message(bool loopback)>& message) override {
-    const Message sent = message(true);
-    xid = sent.header.xid;
-    lines_.push_back("all, but " + std::get<SrvRqst>(sent.body).previous_responders);
-    beyond_host = std::get<SrvRqst>(message(false).body).previous_responders;
-  }
-  void Send(const DirectoryPeer& peer, const Message& message) override {
-    Record("to " + peer.address, message);
-  }
-  void SendByStream(const DirectoryPeer& peer, const Message& message) override {
-    Record("tcp " + peer.address, message);
-  }
-  void Tell(bool problem, const std::string& text) override {
-    lines_.push_back((problem ? "problem " : "told ") + text);
-  }
-
-  std::vector<std::string> Take() { return std::exchange(lines_, {}); }
-
-  std::uint16_t xid = 0;
-  std::string beyond_host;
-
- private:
-  void Record(const std::string& how, const Message& message) {
-    xid = message.header.xid;
-    std::string what;
-    if (const auto* registration = std::get_if<SrvReg>(&message.body)) {
-      what = std::string("register ") + (message.header.fresh ? "" : "not fresh ") + registration->url.url +
-             " " + message.header.language + " " + std::to_string(registration->url.lifetime) + " " +
-             registration->scopes + " " + registration->attributes.substr(0, 10);
-    } else if (const auto* end = std::get_if<SrvDereg>(&message.body)) {
-      what = "deregister " + end->url.url + " " + end->scopes;
-    } else {
-      what = "ask " + std::get<SrvRqst>(message.body).service_type;
-    }
-    lines_.push_back(how + ": " + what);
-  }
-
-  std::vector<std::string> lines_;
-};
-
-// Tells the client of what happens in the registry, as the server does.
-class ForwardedEvents : public RecordedEvents {
- public:
-  void OnRegistration(RegistrationEvent event, const RegistrationView& registration) override {
-    if (client != nullptr) {
-      client->OnRegistration(event, registration);
-    }
-  }
-  DirectoryClient* client = nullptr;
-};
-
-DirectoryClientSettings ClientSettings() {
-  DirectoryClientSettings settings;
-  settings.discovery_waits = {Instant(500), Instant(750), Instant(1000)};
-  settings.datagram_waits = {Instant(500), Instant(750)};
-  settings.scopes = {"DEFAULT", "TAMRO"};
-  settings.own_addresses = {"10.0.0.1", "127.0.0.1"};
-  return settings;
-}
-
-class DirectoryClientTest : public testing::Test {
- protected:
-  DirectoryClientTest() { events_.client = &client_; }
-
-  // Each random number is `random_`; each XID that follows from it, one more.
-  std::uint32_t Random() { return random_; }
-
-  void Register(const std::string& url, std::vector<std::string> scopes = {"DEFAULT"},
-                const std::string& attributes = "",
-                RegistrationSource source = RegistrationSource::kMessage) {
-    Registration registration = MakeRegistration(url, "service:x", attributes);
-    registration.scopes = std::move(scopes);
-    registration.source = source;
-    ASSERT_EQ(registry_.Register(registration, now_), Error::kOk);
-  }
-
-  void Advance(Instant by) {
-    const Instant end = now_ + by;
-    while (const auto next = client_.NextDue(now_)) {
-      if (*next > end) {
-        break;
-      }
-      now_ = std::max(now_, *next);
-      client_.Tick(now_);
-    }
-    now_ = end;
-    client_.Tick(now_);
-  }
-
-  void Hear(const std::string& address, std::uint32_t boot = kBootTime, const std::string& scopes = "DEFAULT",
-            std::uint16_t xid = 0) {
-    HearAs(address, address, boot, scopes, xid);
-  }
-
-  void HearAs(const std::string& sender, const std::string& in_url, std::uint32_t boot,
-              const std::string& scopes, std::uint16_t xid, const std::string& attributes = "") {
-    Message message;
-    message.header.xid = xid;
-    message.body =
-        DaAdvert{Error::kOk, boot, "service:directory-agent://" + in_url, scopes, attributes, "", {}};
-    client_.OnAdvertisement(message, From(sender), now_);
-    client_.Tick(now_);
-  }
-
-  // An agent that wants no service more often than so.
-  void HearWithInterval(const std::string& interval) {
-    HearAs("10.0.0.5", "10.0.0.5", kBootTime, "DEFAULT", 0, "(min-refresh-interval=" + interval + ")");
-  }
-
-  void RegisterFor(std::uint16_t lifetime) {
-    Registration registration = MakeRegistration("service:x://1", "service:x");
-    registration.lifetime = lifetime;
-    ASSERT_EQ(registry_.Register(registration, now_), Error::kOk);
-    client_.Tick(now_);
-  }
-
-  void Acknowledge(const std::string& address, Error error = Error::kOk) {
-    Message message;
-    message.header.xid = wire_.xid;
-    message.body = SrvAck{error};
-    client_.OnAcknowledgment(message, From(address), now_);
-  }
-
-  static RequestOrigin From(const std::string& address) {
-    return {address, false, true, Transport::kUdpUnicast, "10.0.0.1"};
-  }
-
-  // Settings without an active search of its own.
-  void ApplyPassive() {
-    DirectoryClientSettings settings = ClientSettings();
-    settings.active = false;
-    client_.Apply(settings, now_);
-  }
-
-  std::uint32_t random_ = 0;
-  Instant now_{Seconds(100)};
-  ForwardedEvents events_;
-  Registry registry_{events_};
-  RecordedWire wire_;
-  DirectoryClient client_{registry_, wire_, [this] { return Random(); }};
-};
 
 TEST_F(DirectoryClientTest, SearchesAfterARandomWaitUntilTwoQuietRoundsAndAgainAfterTheInterval) {
   random_ = 700;
@@ -173,6 +26,21 @@ TEST_F(DirectoryClientTest, SearchesAfterARandomWaitUntilTwoQuietRoundsAndAgainA
   Advance(Seconds(899));
   EXPECT_THAT(wire_.Take(), IsEmpty());
   Advance(Seconds(1));
+  EXPECT_THAT(wire_.Take(), ElementsAre("all, but "));
+}
+
+TEST_F(DirectoryClientTest, ASearchWithMoreRoundsThanItsReloadedTimeoutsEnds) {
+  client_.Apply(ClientSettings(), now_);
+  Advance(Instant(0));
+  Hear("10.0.0.5", kBootTime, "DEFAULT", wire_.xid);
+  Advance(Instant(500));
+  wire_.Take();
+  DirectoryClientSettings settings = ClientSettings();
+  settings.discovery_waits = {Instant(500)};
+  client_.Apply(settings, now_);
+  Advance(Instant(750));
+  EXPECT_THAT(wire_.Take(), IsEmpty());
+  Advance(Seconds(900));
   EXPECT_THAT(wire_.Take(), ElementsAre("all, but "));
 }
 
@@ -212,6 +80,10 @@ TEST_F(DirectoryClientTest, RegistersEverythingWithAnAgentThatIsHeardAfterARando
   now_ += Seconds(600);
   random_ = 300;
   Hear("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), IsEmpty()) << "many hosts hear it at once";
+  Advance(Instant(300));
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: ask service:directory-agent"));
+  Hear("10.0.0.5", kBootTime, "DEFAULT", wire_.xid);
   Advance(Instant(299));
   EXPECT_THAT(wire_.Take(), ElementsAre("told directory agent 10.0.0.5 is there, scopes DEFAULT"));
   Advance(Instant(1));
@@ -232,21 +104,9 @@ TEST_F(DirectoryClientTest, OneAfterTheOther_RepeatedUntilAcknowledged) {
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 3600 DEFAULT "));
   EXPECT_EQ(wire_.xid, xid);
   Acknowledge("10.0.0.9");
-  Acknowledge("10.0.0.5", Error::kDaBusyNow);
   EXPECT_THAT(wire_.Take(), IsEmpty());
   Acknowledge("10.0.0.5");
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://2 en 3600 DEFAULT "));
-}
-
-TEST_F(DirectoryClientTest, ARefusalIsToldAndCostsTheOthersNothing) {
-  ApplyPassive();
-  Register("service:x://1");
-  Register("service:x://2");
-  Hear("10.0.0.5");
-  wire_.Take();
-  Acknowledge("10.0.0.5", Error::kInvalidRegistration);
-  EXPECT_THAT(wire_.Take(), ElementsAre("problem directory agent 10.0.0.5 refuses service:x://1: error 3",
-                                        "to 10.0.0.5: register service:x://2 en 3600 DEFAULT "));
 }
 
 TEST_F(DirectoryClientTest, TellsEveryAgentOfEveryChange) {
@@ -267,7 +127,7 @@ TEST_F(DirectoryClientTest, TellsEveryAgentOfEveryChange) {
                                         "to 10.0.0.6: register service:x://1 en 3600 TAMRO (a=2)"));
   Acknowledge("10.0.0.5");
   Acknowledge("10.0.0.6");
-  ASSERT_EQ(registry_.Deregister("service:x://1", {"DEFAULT", "TAMRO"}, {}), Error::kOk);
+  ASSERT_EQ(registry_.Deregister("service:x://1", {"DEFAULT", "TAMRO"}, {}, Unlimited()), Error::kOk);
   client_.Tick(now_);
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT",
                                         "to 10.0.0.6: deregister service:x://1 TAMRO"));
@@ -290,10 +150,62 @@ TEST_F(DirectoryClientTest, WhatComesAndGoesMeanwhileIsToldOnce) {
   Hear("10.0.0.5");
   wire_.Take();
   Register("service:x://1");
-  ASSERT_EQ(registry_.Deregister("service:x://1", {"DEFAULT"}, {}), Error::kOk);
+  ASSERT_EQ(registry_.Deregister("service:x://1", {"DEFAULT"}, {}, Unlimited()), Error::kOk);
   Register("service:x://1", {"DEFAULT"}, "(a=3)");
   client_.Tick(now_);
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 3600 DEFAULT (a=3)"));
+}
+
+// It is in one scope of two that are served here; the agent serves the first.
+TEST_F(DirectoryClientTest, WhatMovesToScopesThatTheAgentDoesNotServeIsDeregistered) {
+  ApplyPassive();
+  Hear("10.0.0.5");
+  for (const RegistrationSource source : {RegistrationSource::kMessage, RegistrationSource::kFile}) {
+    Register("service:x://1", {"DEFAULT"}, "", source);
+    client_.Tick(now_);
+    Acknowledge("10.0.0.5");
+    wire_.Take();
+    registry_.DropFileRegistrations();
+    Register("service:x://1", {"TAMRO"}, "", source);
+    client_.Tick(now_);
+    EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT"));
+    Acknowledge("10.0.0.5");
+    ASSERT_EQ(registry_.Deregister("service:x://1", {"TAMRO"}, {}, Unlimited()), Error::kOk);
+    client_.Tick(now_);
+    EXPECT_THAT(wire_.Take(), IsEmpty());
+  }
+}
+
+TEST_F(DirectoryClientTest, WhatMovesAndEndsBeforeItIsToldIsDeregistered) {
+  ApplyPassive();
+  Hear("10.0.0.5");
+  Register("service:x://1");
+  client_.Tick(now_);
+  Acknowledge("10.0.0.5");
+  Register("service:x://0");
+  client_.Tick(now_);
+  wire_.Take();
+  Register("service:x://1", {"TAMRO"});
+  ASSERT_EQ(registry_.Deregister("service:x://1", {"TAMRO"}, {}, Unlimited()), Error::kOk);
+  Acknowledge("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT"));
+}
+
+// A deregistration ends a URL in all languages.
+TEST_F(DirectoryClientTest, WhatMovesLeavesTheOtherLanguagesBe) {
+  ApplyPassive();
+  Hear("10.0.0.5");
+  Registration german = MakeRegistration("service:x://1", "service:x");
+  german.language = "de";
+  ASSERT_EQ(registry_.Register(german, now_), Error::kOk);
+  Register("service:x://1");
+  client_.Tick(now_);
+  Acknowledge("10.0.0.5");
+  Acknowledge("10.0.0.5");
+  wire_.Take();
+  Register("service:x://1", {"TAMRO"});
+  client_.Tick(now_);
+  EXPECT_THAT(wire_.Take(), IsEmpty());
 }
 
 TEST_F(DirectoryClientTest, WhatIsTooLongForADatagramGoesByTcp) {
@@ -383,8 +295,7 @@ TEST_F(DirectoryClientTest, AnAdvertisementThatWasCutIsFetchedByTcp) {
   cut.header.xid = wire_.xid;
   cut.header.overflow = true;
   cut.body = DaAdvert{Error::kOk, kBootTime, "", "", "", "", {}};
-  client_.OnAdvertisement(cut, From("192.0.2.5"), now_);
-  client_.Tick(now_);
+  Take(cut, From("192.0.2.5"));
   EXPECT_THAT(wire_.Take(), ElementsAre("tcp 192.0.2.5: ask service:directory-agent"));
   Hear("192.0.2.5", kBootTime, "DEFAULT", wire_.xid);
   EXPECT_THAT(client_.Serving({}), ElementsAre("service:directory-agent://192.0.2.5"));
@@ -408,7 +319,7 @@ TEST_F(DirectoryClientTest, PassesOverWhatItDidNotAskFor) {
   failed.header.xid = 0;
   failed.body =
       DaAdvert{Error::kInternalError, 1, "service:directory-agent://10.0.0.5", "DEFAULT", "", "", {}};
-  client_.OnAdvertisement(failed, From("10.0.0.5"), now_);
+  Take(failed, From("10.0.0.5"));
   EXPECT_THAT(wire_.Take(), IsEmpty());
   EXPECT_THAT(client_.Serving({}), IsEmpty());
 }
@@ -419,6 +330,39 @@ TEST_F(DirectoryClientTest, InventedAgentsDoNotFillTheMemory) {
     Hear("10.1." + std::to_string(i / 250) + "." + std::to_string(1 + i % 250));
   }
   EXPECT_EQ(client_.Serving({}).size(), DirectoryClient::kMostAgents);
+}
+
+TEST_F(DirectoryClientTest, InventedAgentsDoNotKeepOutConfiguredOnes) {
+  ApplyPassive();
+  for (int i = 0; i < 100; ++i) {
+    Hear("10.1.0." + std::to_string(1 + i));
+  }
+  DirectoryClientSettings settings = ClientSettings();
+  settings.active = false;
+  for (std::size_t i = 0; i <= DirectoryClient::kMostAgents; ++i) {
+    settings.configured.push_back("10.2.0." + std::to_string(1 + i));
+  }
+  wire_.Take();
+  client_.Apply(settings, now_);
+  client_.Tick(now_);
+  EXPECT_EQ(wire_.Take().size(), settings.configured.size());
+  for (const std::string& address : settings.configured) {
+    Hear(address, kBootTime, "DEFAULT", wire_.xid);
+  }
+  Hear("10.1.0.200");
+  EXPECT_EQ(client_.Serving({}).size(), DirectoryClient::kMostAgents + settings.configured.size());
+}
+
+TEST_F(DirectoryClientTest, ConfiguredAgentsDoNotKeepOutOthers) {
+  DirectoryClientSettings settings = ClientSettings();
+  settings.active = false;
+  for (std::size_t i = 0; i < DirectoryClient::kMostAgents; ++i) {
+    settings.configured.push_back("10.2.0." + std::to_string(1 + i));
+  }
+  client_.Apply(settings, now_);
+  client_.Tick(now_);
+  Hear("10.1.0.1");
+  EXPECT_EQ(client_.Serving({}).size(), 1U);
 }
 
 TEST_F(DirectoryClientTest, ChecksWhetherAgentsStillAnswer) {
@@ -436,23 +380,6 @@ TEST_F(DirectoryClientTest, ChecksWhetherAgentsStillAnswer) {
                                         "to 10.0.0.5: ask service:directory-agent"));
   Advance(Seconds(1));
   EXPECT_THAT(wire_.Take(), ElementsAre("told directory agent 10.0.0.5 does not answer"));
-}
-
-TEST_F(DirectoryClientTest, WhatNeverExpiresIsRegisteredAgainInTime) {
-  ApplyPassive();
-  Hear("10.0.0.5");
-  Registration registration = MakeRegistration("service:x://1", "service:x");
-  registration.permanent = true;
-  registration.lifetime = kMaximumLifetime;
-  registration.source = RegistrationSource::kFile;
-  ASSERT_EQ(registry_.Register(registration, now_), Error::kOk);
-  client_.Tick(now_);
-  Acknowledge("10.0.0.5");
-  wire_.Take();
-  Advance(Seconds(32766));
-  EXPECT_THAT(wire_.Take(), IsEmpty());
-  Advance(Seconds(1));
-  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 65535 DEFAULT "));
 }
 
 TEST_F(DirectoryClientTest, RefreshesNoServiceMoreOftenThanTheAgentAllows) {
@@ -476,6 +403,24 @@ TEST_F(DirectoryClientTest, RefreshesNoServiceMoreOftenThanTheAgentAllows) {
   EXPECT_THAT(wire_.Take(), IsEmpty());
   Advance(Instant(1));
   EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: register service:x://1 en 120 DEFAULT "));
+}
+
+// Its refresh comes due while the agent keeps the deregistration waiting.
+TEST_F(DirectoryClientTest, WhatEndsIsNotRefreshedInstead) {
+  ApplyPassive();
+  HearWithInterval("60");
+  RegisterFor(40);
+  Acknowledge("10.0.0.5");
+  Advance(Seconds(30));
+  RegisterFor(40);
+  Advance(Seconds(30) - Instant(200));
+  Register("service:x://2");
+  client_.Tick(now_);
+  wire_.Take();
+  ASSERT_EQ(registry_.Deregister("service:x://1", {"DEFAULT"}, {}, Unlimited()), Error::kOk);
+  Advance(Instant(300));
+  Acknowledge("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT"));
 }
 
 TEST_F(DirectoryClientTest, WhatEndsEndsAtAnAgentWithAnInterval) {
@@ -560,6 +505,32 @@ TEST_F(DirectoryClientTest, TakesItsServicesAlong) {
   EXPECT_EQ(client_.NextDue(now_), std::nullopt);
 }
 
+// What has been deregistered just before is gone there, too.
+TEST_F(DirectoryClientTest, TellsWhatHasEndedBeforeItEnds) {
+  ApplyPassive();
+  Hear("10.0.0.5");
+  for (const char* url : {"service:x://1", "service:x://2"}) {
+    Register(url);
+    client_.Tick(now_);
+    Acknowledge("10.0.0.5");
+  }
+  Register("service:x://3");
+  for (const char* url : {"service:x://1", "service:x://2"}) {
+    ASSERT_EQ(registry_.Deregister(url, {"DEFAULT"}, {}, Unlimited()), Error::kOk);
+  }
+  wire_.Take();
+  client_.Tick(now_);
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://1 DEFAULT"));
+  client_.Leave(now_);
+  EXPECT_THAT(wire_.Take(), IsEmpty()) << "that is under way";
+  Acknowledge("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://2 DEFAULT"));
+  Acknowledge("10.0.0.5");
+  EXPECT_THAT(wire_.Take(), ElementsAre("to 10.0.0.5: deregister service:x://3 DEFAULT"));
+  Acknowledge("10.0.0.5");
+  EXPECT_TRUE(client_.left());
+}
+
 TEST_F(DirectoryClientTest, DoesNotWaitForAnAgentThatIsGone) {
   ApplyPassive();
   Register("service:x://1");
@@ -568,48 +539,6 @@ TEST_F(DirectoryClientTest, DoesNotWaitForAnAgentThatIsGone) {
   Advance(Instant(1250));
   EXPECT_TRUE(client_.left());
   EXPECT_EQ(client_.NextDue(now_), std::nullopt);
-}
-
-TEST(DirectoryClientSettingsTest, ComesFromTheProperties) {
-  Properties properties;
-  properties.Set("net.slp.DAAddresses", "10.0.0.5, some.name,10.0.0.6,10.0.0.256,host-2,a_b,.x");
-  properties.Set("net.slp.DAActiveDiscoveryInterval", "60");
-  properties.Set("net.slp.DADiscoveryTimeouts", "10,20");
-  properties.Set("net.slp.datagramTimeouts", "30");
-  properties.Set("net.slp.passiveDADetection", "false");
-  properties.Set("net.slp.staleDACheckPeriod", "7");
-  std::vector<std::string> problems;
-  DirectoryClientSettings expected;
-  expected.configured = {"10.0.0.5", "10.0.0.6"};
-  expected.names = {"some.name", "host-2"};
-  expected.passive = false;
-  expected.interval = Seconds(60);
-  expected.discovery_waits = {Instant(10), Instant(20)};
-  expected.datagram_waits = {Instant(30)};
-  expected.check_period = Seconds(7);
-  expected.scopes = {"DEFAULT", "TAMRO"};
-  expected.own_addresses = {"10.0.0.1", "127.0.0.1"};
-  EXPECT_EQ(DirectoryClientSettings::From(properties, TestSettings(), problems), expected);
-  EXPECT_THAT(problems,
-              ElementsAre("net.slp.DAAddresses names 10.0.0.256, which is no IPv4 address; it is not used",
-                          "net.slp.DAAddresses names a_b, which is no IPv4 address; it is not used",
-                          "net.slp.DAAddresses names .x, which is no IPv4 address; it is not used"));
-}
-
-TEST(DirectoryClientSettingsTest, TakesIpv6AddressesWhereTheyAreInUse) {
-  Properties properties;
-  properties.Set("net.slp.DAAddresses", "10.0.0.5,2001:db8::5,a_b");
-  std::vector<std::string> problems;
-  EXPECT_THAT(DirectoryClientSettings::From(properties, TestSettings(), problems).configured,
-              ElementsAre("10.0.0.5"));
-  EXPECT_THAT(problems,
-              ElementsAre("net.slp.DAAddresses names 2001:db8::5, which is no IPv4 address; it is not used",
-                          "net.slp.DAAddresses names a_b, which is no IPv4 address; it is not used"));
-  problems.clear();
-  properties.Set("net.slp.useIPv6", "true");
-  EXPECT_THAT(DirectoryClientSettings::From(properties, TestSettings(), problems).configured,
-              ElementsAre("10.0.0.5", "2001:db8::5"));
-  EXPECT_THAT(problems, ElementsAre("net.slp.DAAddresses names a_b, which is no IP address; it is not used"));
 }
 
 }  // namespace

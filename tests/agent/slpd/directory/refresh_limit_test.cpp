@@ -19,9 +19,9 @@ TEST(MinimumRefreshInterval, IsASinglePositiveNumber) {
       {"(min-refresh-interval=soon)", Seconds(0)},
       {"min-refresh-interval", Seconds(0)},
       {"(min-refresh-interval=60", Seconds(0)},
-      {"(min-refresh-interval=65475)", Seconds(65475)},
-      {"(min-refresh-interval=65476)", Seconds(65475)},
-      {"(min-refresh-interval=2147483647)", Seconds(65475)},
+      {"(min-refresh-interval=5400)", Seconds(5400)},
+      {"(min-refresh-interval=5401)", Seconds(5400)},
+      {"(min-refresh-interval=2147483647)", Seconds(5400)},
   };
   for (const auto& [attributes, interval] : cases) {
     EXPECT_EQ(MinimumRefreshInterval(attributes), interval) << attributes;

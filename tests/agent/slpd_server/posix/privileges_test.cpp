@@ -224,7 +224,7 @@ TEST_F(PrivilegesTest, WhatTheUserMayNotReadIsToldAtTheStartAndRefusedAtTheReloa
   std::filesystem::permissions(slpd.configuration_file(), std::filesystem::perms::others_read,
                                std::filesystem::perm_options::add);
   slpd.Reload(SIGHUP);
-  EXPECT_THAT(slpd.Log(), AllOf(HasSubstr("problem " + slpd.registration_file() + ": cannot be opened\n"),
+  EXPECT_THAT(slpd.Log(), AllOf(HasSubstr("problem " + slpd.registration_file() + ": cannot be read\n"),
                                 EndsWith("problem slpd: not reloaded, all stays as it was\n")));
   EXPECT_EQ(Printers(slpd), before);
 
@@ -267,14 +267,17 @@ TEST_F(PrivilegesTest, ALogThatTheUserMayNotCreateGoesOnInTheOldFileAndSaysWhatT
 }
 
 TEST_F(PrivilegesTest, ALogThatIsSomebodyElsesIsNotGivenAway) {
-  const std::string secret = folder_.Write("secret", "");
-  folder_.Hide("secret");
-  std::filesystem::create_hard_link(secret, folder_.File("log"));
-  SlpdProcess slpd(AsNobody({"--log", folder_.File("log")}));
+  const passwd* const somebody = ::getpwnam("daemon");
+  ASSERT_NE(somebody, nullptr);
+  const uid_t owner = somebody->pw_uid;
+  const std::string log = folder_.Write("log", "");
+  folder_.Hide("log");
+  ASSERT_EQ(::chown(log.c_str(), owner, somebody->pw_gid), 0);
+  SlpdProcess slpd(AsNobody({"--log", log}));
   ASSERT_TRUE(slpd.Running()) << slpd.Log();
   struct stat status {};
-  ASSERT_EQ(::stat(secret.c_str(), &status), 0);
-  EXPECT_EQ(status.st_uid, 0U);
+  ASSERT_EQ(::stat(log.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, owner);
   EXPECT_THAT(folder_.Read("log"),
               HasSubstr("problem user nobody may not write " + folder_.File("log") + ","));
 }

@@ -16,7 +16,7 @@ namespace {
 using kelsd::support::WithoutPrivileges;
 using testing::ElementsAre;
 
-class OthersProcessesTest : public testing::TestWithParam<ProcessWatch::Method> {
+class OthersProcessesTest : public testing::TestWithParam<std::size_t> {
  protected:
   asio::io_context io_;
   std::vector<std::uint32_t> ended_;
@@ -43,11 +43,8 @@ TEST_P(OthersProcessesTest, TheirEndIsTold) {
   EXPECT_THAT(ended_, ElementsAre(process.id()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Methods, OthersProcessesTest,
-                         testing::Values(ProcessWatch::Method::kNotified, ProcessWatch::Method::kPolled),
-                         [](const auto& instance) {
-                           return instance.param == ProcessWatch::Method::kNotified ? "Notified" : "Polled";
-                         });
+INSTANTIATE_TEST_SUITE_P(Methods, OthersProcessesTest, testing::Values(ProcessWatch::kMostNotices, 0),
+                         [](const auto& instance) { return instance.param == 0 ? "Polled" : "Notified"; });
 
 }  // namespace
 }  // namespace slp

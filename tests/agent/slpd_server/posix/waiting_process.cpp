@@ -29,6 +29,8 @@ WaitingProcess::~WaitingProcess() {
 
 void WaitingProcess::Kill() const {
   ::kill(state_->id, SIGKILL);
+  siginfo_t how{};
+  ::waitid(P_PID, static_cast<id_t>(state_->id), &how, WEXITED | WNOWAIT);
 }
 
 void WaitingProcess::Reap() {

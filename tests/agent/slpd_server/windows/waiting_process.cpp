@@ -36,6 +36,7 @@ WaitingProcess::~WaitingProcess() {
 
 void WaitingProcess::Kill() const {
   ::TerminateProcess(state_->process.hProcess, 1);
+  ::WaitForSingleObject(state_->process.hProcess, INFINITE);
 }
 
 void WaitingProcess::Reap() {

@@ -3,25 +3,17 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <fstream>
-#include <functional>
 #include <string>
-#include <thread>
 
 #include "support/free_port.h"
 #include "support/host_daemon/host_daemon.h"
+#include "support/wait_until.h"
 
 namespace kelsd::integration {
 namespace {
 
-// Nothing tells of a start in another thread; a busy machine gets plenty of time.
-bool WaitUntil(const std::function<bool()>& done) {
-  for (int i = 0; i < 3000 && !done(); ++i) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return done();
-}
+using support::WaitUntil;
 
 bool Call(void* part, const char* name) {
   auto* const function = reinterpret_cast<bool (*)()>(dlsym(part, name));

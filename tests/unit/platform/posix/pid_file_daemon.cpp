@@ -11,6 +11,21 @@
 #include <iostream>
 #include <string>
 
+namespace {
+
+// Who asks whether a daemon runs holds the lock for a moment.
+bool Lock(int file) {
+  for (int tries = 0; tries < 20; ++tries) {
+    if (flock(file, LOCK_EX | LOCK_NB) == 0) {
+      return true;
+    }
+    usleep(10'000);
+  }
+  return false;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
   const char* const said = std::getenv("KELSD_TEST_DAEMON");
   const std::string behaviour = said == nullptr ? "" : said;
@@ -33,7 +48,7 @@ int main(int argc, char** argv) {
   sigaddset(&stop, SIGTERM);
   sigprocmask(SIG_BLOCK, &stop, nullptr);
   const int file = open(argv[2], O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-  if (file < 0 || flock(file, LOCK_EX | LOCK_NB) != 0) {
+  if (file < 0 || !Lock(file)) {
     std::cerr << "another daemon runs\n";
     return 1;
   }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "support/fake_platform/temporary_folder.h"
+#include "support/idle_process.h"
 
 namespace kelsd::platform {
 namespace {
@@ -53,6 +55,13 @@ TEST(PidFileProbe, NobodyHoldsAFileThatDoesNotExist) {
   EXPECT_EQ(Probe(folder.Path("missing") + "/slpd.pid"), Nobody());
 }
 
+TEST(PidFileProbe, APipeInItsPlaceIsNotWaitedFor) {
+  const TemporaryFolder folder;
+  const std::string name = folder.Path("slpd.pid");
+  ASSERT_EQ(mkfifo(name.c_str(), 0600), 0);
+  EXPECT_EQ(Probe(name), Nobody());
+}
+
 TEST(PidFileProbe, WhatAFileSaysThatNobodyHoldsDoesNotCount) {
   const TemporaryFolder folder;
   EXPECT_EQ(Probe(folder.Write("slpd.pid", "4711 1000000\n")), Nobody());
@@ -65,27 +74,38 @@ TEST(PidFileProbe, ReadsWhoHoldsTheFileAndSinceWhen) {
     std::int64_t start;
   };
   const TemporaryFolder folder;
+  const pid_t own = getpid();
+  const std::string number = std::to_string(own);
   for (const Row& row : {
-           Row{"4711 1000000\n", 4711, 1000000},
-           Row{"1 0\n", 1, 0},
-           Row{"4711 1000000\nand more", 4711, 1000000},
+           Row{number + " 1000000\n", own, 1000000},
+           Row{number + " 0\n", own, 0},
+           Row{number + " 1000000\nand more", own, 1000000},
            // A daemon that still starts, or one that goes down, has written nothing that counts.
            Row{"", 0, 0},
-           Row{"4711", 0, 0},
-           Row{"4711 ", 0, 0},
-           Row{"4711 1000000", 0, 0},
-           Row{"4711\n", 0, 0},
+           Row{number, 0, 0},
+           Row{number + " ", 0, 0},
+           Row{number + " 1000000", 0, 0},
+           Row{number + "\n", 0, 0},
            Row{"0 1000000\n", 0, 0},
            Row{"-1 1000000\n", 0, 0},
            Row{"x 1000000\n", 0, 0},
-           Row{"4711 x\n", 0, 0},
+           Row{number + " x\n", 0, 0},
            Row{"99999999999 1000000\n", 0, 0},
-           Row{"4711 99999999999999999999\n", 0, 0},
+           Row{number + " 99999999999999999999\n", 0, 0},
        }) {
     const std::string name = folder.Write("slpd.pid", row.content);
     const Holder holder(name);
     EXPECT_EQ(Probe(name), Found(true, true, row.pid, row.start, "")) << row.content;
   }
+}
+
+// As after a daemon that was killed: the lock is somebody else's, and the number may be.
+TEST(PidFileProbe, AProcessThatDoesNotHaveTheFileOpenIsNotItsHolder) {
+  const TemporaryFolder folder;
+  const support::IdleProcess stranger;
+  const std::string name = folder.Write("slpd.pid", std::to_string(stranger.pid()) + " 1000000\n");
+  const Holder holder(name);
+  EXPECT_EQ(Probe(name), Found(true, true, 0, 0, ""));
 }
 
 TEST(PidFileProbe, TwoWhoLookAreNoDaemon) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,6 +22,7 @@
 #include "support/fake_platform/fake_clock.h"
 #include "support/fake_platform/fake_service_manager.h"
 #include "support/fake_platform/temporary_folder.h"
+#include "support/idle_process.h"
 #include "support/run_program/run_program.h"
 #include "support/without_privileges.h"
 
@@ -286,6 +288,20 @@ TEST_P(ProcessDaemon, ThatWasKilledDoesNotRun) {
   ServiceStatus stopped;
   EXPECT_FALSE(services().RequestStop(service_, stopped));
   EXPECT_EQ(services().LastErrorText(), "slpd is not running.");
+}
+
+TEST_P(ProcessDaemon, ThatWasKilledIsNotMistakenForAStrangerWithItsNumber) {
+  const support::IdleProcess stranger;
+  const std::string pid_file = folder_.Write("slpd.pid", std::to_string(stranger.pid()) + " 1000000\n");
+  const int locked = open(pid_file.c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(flock(locked, LOCK_EX | LOCK_NB), 0);
+  ServiceStatus status;
+  EXPECT_FALSE(services().RequestStop(service_, status));
+  EXPECT_EQ(services().LastErrorText(), "slpd is not running.");
+  ASSERT_TRUE(services().QueryStatus(service_, status));
+  EXPECT_EQ(status.process_id, 0U);
+  close(locked);
+  EXPECT_TRUE(stranger.Lives());
 }
 
 INSTANTIATE_TEST_SUITE_P(System, ProcessDaemon, testing::Values(false));
