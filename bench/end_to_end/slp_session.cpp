@@ -8,8 +8,6 @@
 namespace bench {
 namespace {
 
-constexpr unsigned short kLifetime = 10800;
-
 /// What the callbacks of one call gathered.
 struct Outcome {
   SLPError error = SLP_OK;
@@ -58,21 +56,19 @@ std::size_t Checked(const char* call, SLPError returned, const Outcome& outcome)
 
 }  // namespace
 
-SlpSession::SlpSession(Requests requests) {
+SlpSession::SlpSession() {
   Require("SLPOpen", SLPOpen("en", SLP_FALSE, &handle_));
-  if (requests == Requests::kUnicast) {
-    Require("SLPAssociateIP", SLPAssociateIP(handle_, "127.0.0.1"));
-  }
+  Require("SLPAssociateIP", SLPAssociateIP(handle_, "127.0.0.1"));
 }
 
 SlpSession::~SlpSession() {
   SLPClose(handle_);
 }
 
-void SlpSession::Register(std::size_t index) {
+void SlpSession::RegisterFor(std::size_t index, unsigned short seconds) {
   Outcome outcome;
   Checked("SLPReg",
-          SLPReg(handle_, Url(index).c_str(), kLifetime, kType, Attributes(index).c_str(), SLP_TRUE, OnReport,
+          SLPReg(handle_, Url(index).c_str(), seconds, kType, Attributes(index).c_str(), SLP_TRUE, OnReport,
                  &outcome),
           outcome);
 }

@@ -26,12 +26,16 @@ void ParsePredicate(benchmark::State& state) {
 }
 BENCHMARK(ParsePredicate);
 
+/// More than the comparison takes.
+constexpr std::size_t kEffort = 1'000'000;
+
 void MatchPredicate(benchmark::State& state) {
   const auto attributes = slp::AttributeList::Parse(bench::Attributes(1));
   const auto predicate =
       slp::Predicate::Parse("(&(x-version>=4)(|(x-server-name=srv*)(!(x-server-ns-port=8081))))");
   for (auto _ : state) {
-    benchmark::DoNotOptimize(predicate.value().Matches(attributes.value()));
+    slp::Effort effort(kEffort);
+    benchmark::DoNotOptimize(predicate.value().Matches(attributes.value(), effort));
   }
 }
 BENCHMARK(MatchPredicate);

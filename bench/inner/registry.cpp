@@ -5,11 +5,14 @@
 
 #include "bench/support/services.h"
 #include "fuzz/no_events.h"
-#include "slpd/registry.h"
+#include "slpd/registry/registry.h"
 
 namespace {
 
 constexpr slp::Instant kNow(0);
+
+/// More than any of the searches takes.
+constexpr std::size_t kEffort = std::size_t{1} << 30U;
 
 slp::Registration Service(std::size_t index) {
   slp::Registration registration;
@@ -42,10 +45,12 @@ class FilledRegistry : public benchmark::Fixture {
                                   "en",
                                   slp::Predicate::Parse(filter).value()};
     std::size_t found = 0;
-    const slp::Error error = registry_->FindServices(query, kNow, [&found](std::string_view, std::uint16_t) {
-      ++found;
-      return true;
-    });
+    slp::Effort effort(kEffort);
+    const slp::Error error =
+        registry_->FindServices(query, kNow, effort, [&found](std::string_view, std::uint16_t) {
+          ++found;
+          return true;
+        });
     return error == slp::Error::kOk ? found : 0;
   }
 
@@ -57,7 +62,8 @@ class FilledRegistry : public benchmark::Fixture {
 BENCHMARK_DEFINE_F(FilledRegistry, RegisterAndDeregister)(benchmark::State& state) {
   for (auto _ : state) {
     benchmark::DoNotOptimize(registry_->Register(Service(size_), kNow));
-    benchmark::DoNotOptimize(registry_->Deregister(bench::Url(size_), {"DEFAULT"}, {}));
+    slp::Effort effort(kEffort);
+    benchmark::DoNotOptimize(registry_->Deregister(bench::Url(size_), {"DEFAULT"}, {}, effort));
   }
 }
 BENCHMARK_REGISTER_F(FilledRegistry, RegisterAndDeregister)->RangeMultiplier(10)->Range(100, 100'000);

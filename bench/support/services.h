@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 
 namespace bench {
@@ -10,6 +11,9 @@ namespace bench {
 inline constexpr const char* kType = "service:bench.tamro:http";
 
 std::string Url(std::size_t index);
+
+/// The attributes by tag, and as the list of all of them that goes on the wire.
+std::map<std::string, std::string> AttributeValues(std::size_t index);
 std::string Attributes(std::size_t index);
 
 /// A filter that only this service matches.

@@ -17,6 +17,12 @@ void PrintRow(const Row& row) {
   std::cout << "\n";
 }
 
+void PrintTarget(bool met, const std::string& what, double figure, const std::string& limit,
+                 const std::string& unit) {
+  std::cout << "- " << (met ? "met" : "MISSED") << ": " << what << ": " << Number(figure) << unit << " ("
+            << limit << unit << ")" << std::endl;
+}
+
 }  // namespace
 
 void PrintTable(const std::vector<Row>& rows) {
@@ -28,16 +34,22 @@ void PrintTable(const std::vector<Row>& rows) {
 }
 
 std::string Number(double value) {
-  const double magnitude = value == 0 ? 0 : std::floor(std::log10(std::abs(value)));
+  if (value == 0) {
+    return "0";
+  }
+  const double magnitude = std::floor(std::log10(std::abs(value)));
   const int decimals = std::max(0, 2 - static_cast<int>(magnitude));
   std::ostringstream text;
   text << std::fixed << std::setprecision(decimals) << value;
   return text.str();
 }
 
-void PrintTarget(const std::string& what, double figure, double largest, const std::string& unit) {
-  std::cout << "- " << (figure <= largest ? "met" : "MISSED") << ": " << what << ": " << Number(figure)
-            << unit << " (at most " << Number(largest) << unit << ")" << std::endl;
+void PrintAtMost(const std::string& what, double figure, double largest, const std::string& unit) {
+  PrintTarget(figure <= largest, what, figure, "at most " + Number(largest), unit);
+}
+
+void PrintAtLeast(const std::string& what, double figure, double smallest, const std::string& unit) {
+  PrintTarget(figure >= smallest, what, figure, "at least " + Number(smallest), unit);
 }
 
 }  // namespace bench
