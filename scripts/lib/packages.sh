@@ -16,7 +16,7 @@ lint_packages=(clang clang-tidy)
 # What the fuzz targets need besides: the compiler with libFuzzer and the sanitizers' libraries.
 fuzz_packages=(clang libclang-rt-dev)
 
-# What the benchmarks need besides.
+# What the benchmarks, and the lint run that reads them, need besides.
 bench_packages=(libbenchmark-dev)
 
 # need_packages NAME...: installs those that are missing and says which; without the right to, says what to run.

@@ -25,9 +25,24 @@ enter_wine_prefix() {
   ) 9>"$1/lock" 2>/dev/null
 }
 
+# wine_processes FOLDER: id and name of each process in the prefix.
+wine_processes() {
+  local process
+  for process in /proc/[0-9]*; do
+    if grep -qzxF "WINEPREFIX=$1" "$process/environ" 2>/dev/null; then
+      echo "${process#/proc/} $(cat "$process/comm" 2>/dev/null)"
+    fi
+  done
+}
+
+# wine_server FOLDER: the id of the prefix's server; nothing where none runs.
+wine_server() { wine_processes "$1" | sed -nE 's/^([0-9]+) wineserver.*/\1/p'; }
+
 # end_wine_prefix FOLDER: ends what still runs in the prefix, its server among it, and waits for that.
 end_wine_prefix() {
   [ -d "$1" ] || return 0
   WINEPREFIX=$1 wineserver -k || true
   WINEPREFIX=$1 wineserver -w || true
+  # Programs whose server has died wait for it for ever.
+  wine_processes "$1" | sed -nE 's/^([0-9]+) .*\.exe$/\1/p' | xargs -r kill -9 || true
 }
