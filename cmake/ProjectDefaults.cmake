@@ -50,6 +50,10 @@ if(KELSD_SANITIZE)
   add_compile_options(-fsanitize=${KELSD_SANITIZE} -fno-omit-frame-pointer
     -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KELSD_SANITIZE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # Every library would export the types of the functions that it calls by pointer.
+    add_compile_options(-fno-sanitize=function)
+  endif()
 endif()
 
 if(WIN32)

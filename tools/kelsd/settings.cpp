@@ -20,9 +20,9 @@ using kelsd::CKelSLPConfig;
 using kelsd::CKelSLPServiceConfig;
 using kelsd::SResult;
 
-using Problem = std::optional<std::string>;
+using Refusal = std::optional<std::string>;
 template <typename Config>
-using Setter = std::function<Problem(Config&, const std::string&)>;
+using Setter = std::function<Refusal(Config&, const std::string&)>;
 template <typename Config>
 using Setters = std::map<CKelSLPConfig::EProperty, Setter<Config>>;
 
@@ -39,32 +39,32 @@ std::vector<std::string> Split(const std::string& text) {
 
 // One reader for each kind of value.
 
-Problem Read(int& value, const std::string& text) {
+Refusal Read(int& value, const std::string& text) {
   const char* end = text.data() + text.size();
   const auto [stopped, error] = std::from_chars(text.data(), end, value);
-  return error == std::errc() && stopped == end ? Problem() : Problem("'" + text + "' is no whole number");
+  return error == std::errc() && stopped == end ? Refusal() : Refusal("'" + text + "' is no whole number");
 }
 
-Problem Read(bool& value, const std::string& text) {
+Refusal Read(bool& value, const std::string& text) {
   value = text == "true";
-  return value || text == "false" ? Problem() : Problem("'" + text + "' is neither true nor false");
+  return value || text == "false" ? Refusal() : Refusal("'" + text + "' is neither true nor false");
 }
 
-Problem Read(std::string& value, const std::string& text) {
+Refusal Read(std::string& value, const std::string& text) {
   value = text;
   return {};
 }
 
-Problem Read(std::vector<int>& values, const std::string& text) {
+Refusal Read(std::vector<int>& values, const std::string& text) {
   for (const std::string& part : Split(text)) {
-    if (Problem problem = Read(values.emplace_back(), part)) {
-      return problem;
+    if (Refusal refusal = Read(values.emplace_back(), part)) {
+      return refusal;
     }
   }
   return {};
 }
 
-Problem Read(std::vector<std::string>& values, const std::string& text) {
+Refusal Read(std::vector<std::string>& values, const std::string& text) {
   values = text.empty() ? std::vector<std::string>() : Split(text);
   return {};
 }
@@ -73,11 +73,11 @@ template <typename Config, typename Value>
 Setter<Config> Checked(SResult (Config::*set)(const Value&)) {
   return [set](Config& config, const std::string& text) {
     Value value{};
-    if (Problem problem = Read(value, text)) {
-      return problem;
+    if (Refusal refusal = Read(value, text)) {
+      return refusal;
     }
     const SResult result = (config.*set)(value);
-    return result.IsOk() ? Problem() : Problem(result.GetErrorDetail());
+    return result.IsOk() ? Refusal() : Refusal(result.GetErrorDetail());
   };
 }
 
@@ -85,11 +85,11 @@ template <typename Config, typename Value>
 Setter<Config> Unchecked(void (Config::*set)(const Value&)) {
   return [set](Config& config, const std::string& text) {
     Value value{};
-    if (Problem problem = Read(value, text)) {
-      return problem;
+    if (Refusal refusal = Read(value, text)) {
+      return refusal;
     }
     (config.*set)(value);
-    return Problem();
+    return Refusal();
   };
 }
 
@@ -146,23 +146,23 @@ const Setters<CKelSLPClientConfig>& SettersOf(const CKelSLPClientConfig& /*confi
 // 2. As long as a round made any, the others may have become valid by it: once more.
 // 3. What the last round refused is wrong.
 template <typename Config>
-Problem AssignAll(Config& config, const std::vector<Assignment>& assignments) {
+Refusal AssignAll(Config& config, const std::vector<Assignment>& assignments) {
   std::vector<Assignment> pending = assignments;
-  Problem problem;
+  Refusal refusal;
   for (std::size_t before = pending.size() + 1; !pending.empty() && pending.size() < before;) {
     before = pending.size();
-    problem.reset();
+    refusal.reset();
     std::vector<Assignment> refused;
     for (const Assignment& assignment : pending) {
-      const Problem reason = SettersOf(config).at(assignment.property)(config, assignment.value);
+      const Refusal reason = SettersOf(config).at(assignment.property)(config, assignment.value);
       if (reason) {
         refused.push_back(assignment);
-        problem = problem ? problem : "'" + assignment.key + "' cannot be set: " + *reason;
+        refusal = refusal ? refusal : "'" + assignment.key + "' cannot be set: " + *reason;
       }
     }
     pending = std::move(refused);
   }
-  return problem;
+  return refusal;
 }
 
 constexpr const char* kKeyPrefix = "net.slp.";
@@ -214,7 +214,7 @@ bool IsClientEditable(CKelSLPConfig::EProperty property) {
   return SettersOf(CKelSLPClientConfig()).count(property) != 0;
 }
 
-Problem ParseAssignment(const std::string& text, Assignment& assignment) {
+Refusal ParseAssignment(const std::string& text, Assignment& assignment) {
   const std::size_t equals = text.find('=');
   if (equals == std::string::npos) {
     return "settings are given as KEY=VALUE, not '" + text + "'";
@@ -222,14 +222,14 @@ Problem ParseAssignment(const std::string& text, Assignment& assignment) {
   assignment.key = text.substr(0, equals);
   assignment.property = FindProperty(assignment.key);
   assignment.value = text.substr(equals + 1);
-  return assignment.property == CKelSLPConfig::PROP_UNKNOWN ? UnknownKey(assignment.key) : Problem();
+  return assignment.property == CKelSLPConfig::PROP_UNKNOWN ? UnknownKey(assignment.key) : Refusal();
 }
 
-Problem Assign(CKelSLPServiceConfig& config, const std::vector<Assignment>& assignments) {
+Refusal Assign(CKelSLPServiceConfig& config, const std::vector<Assignment>& assignments) {
   return AssignAll(config, assignments);
 }
 
-Problem Assign(CKelSLPClientConfig& config, const std::vector<Assignment>& assignments) {
+Refusal Assign(CKelSLPClientConfig& config, const std::vector<Assignment>& assignments) {
   return AssignAll(config, assignments);
 }
 

@@ -21,7 +21,7 @@ class Utf8Output {
   Utf8Output& operator=(const Utf8Output&) = delete;
 
  private:
-  unsigned int former_ = 0;  ///< what the terminal took before, where it can be told
+  [[maybe_unused]] unsigned int former_ = 0;  ///< what the terminal took before, where it can be told
 };
 
 /// Sets a variable of this process's environment, for the libraries that it loads too.

@@ -31,7 +31,7 @@ struct AttributesOptions {
   std::string address;
 };
 
-constexpr const char* kExamples = R"help(Examples:
+constexpr const char* kAttributesExamples = R"help(Examples:
   kelsd attributes service:zdrest.tamro:http://10.0.0.5:8080
   kelsd attributes service:zdrest.tamro:http://10.0.0.5:8080 --tag x-server-name --json
   kelsd attributes service:printer.lab:lpr://10.0.0.9 --scope DEFAULT --address 10.0.0.9
@@ -140,7 +140,7 @@ void AddAttributes(CLI::App& app, Console& console, ExitStatus& status) {
       ->type_name("A")
       ->check(IpAddressOnly());
   options->session.AddSearchOptions(*verb);
-  verb->footer(kExamples);
+  verb->footer(kAttributesExamples);
   verb->callback([options, &console, &status] { status = Attributes(*options, console); });
 }
 

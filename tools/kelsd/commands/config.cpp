@@ -33,7 +33,7 @@ struct Configuration {
   std::vector<SResult> problems;
 };
 
-constexpr const char* kExamples = R"help(Examples:
+constexpr const char* kConfigExamples = R"help(Examples:
   kelsd config show
   kelsd config show --client --timeout 5000 --json
   kelsd config get net.slp.useScopes
@@ -166,7 +166,7 @@ constexpr SubVerb kSubVerbs[] = {
 void AddConfig(CLI::App& app, Console& console, ExitStatus& status) {
   CLI::App* verb = app.add_subcommand("config", "Show, check and change the settings");
   verb->require_subcommand(1);
-  verb->footer(kExamples);
+  verb->footer(kConfigExamples);
 
   auto options = std::make_shared<ConfigOptions>();
   for (const SubVerb& sub_verb : kSubVerbs) {
@@ -187,7 +187,7 @@ void AddConfig(CLI::App& app, Console& console, ExitStatus& status) {
     } else {
       options->session.AddSearchOptions(*sub);
     }
-    sub->footer(kExamples);
+    sub->footer(kConfigExamples);
     sub->callback([options, &sub_verb, &console, &status] { status = sub_verb.perform(*options, console); });
   }
 }

@@ -33,7 +33,7 @@ using kelsd::SResult;
 constexpr const char* kAgentType = "service:service-agent";
 constexpr const char* kLoopback = "127.0.0.1";
 
-constexpr const char* kExamples = R"help(Examples:
+constexpr const char* kDoctorExamples = R"help(Examples:
   kelsd doctor
   kelsd doctor --config /etc/slp.conf --timeout 5000
   kelsd doctor --json
@@ -152,7 +152,7 @@ void AddDoctor(CLI::App& app, Console& console, ExitStatus& status) {
   auto session = std::make_shared<SearchSession>();
   CLI::App* verb = app.add_subcommand("doctor", "Say what is wrong on this host, and what to do about it");
   session->AddSearchOptions(*verb);
-  verb->footer(kExamples);
+  verb->footer(kDoctorExamples);
   verb->callback([session, &console, &status] { status = Diagnose(*session, console); });
 }
 

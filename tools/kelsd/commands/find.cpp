@@ -27,7 +27,7 @@ struct FindOptions {
   std::string address;
 };
 
-constexpr const char* kExamples = R"help(Examples:
+constexpr const char* kFindExamples = R"help(Examples:
   kelsd find zdrest
   kelsd find terminal --ip 10.0.0.5
   kelsd find zdrest --ns ns1 --server-name srv1
@@ -111,7 +111,7 @@ void AddFind(CLI::App& app, Console& console, ExitStatus& status) {
       ->check(IpAddressOnly());
   options->filter.AddTo(*verb);
   options->session.AddSearchOptions(*verb);
-  verb->footer(kExamples);
+  verb->footer(kFindExamples);
   verb->callback([options, &console, &status] { status = Find(*options, console); });
 }
 

@@ -14,7 +14,7 @@ struct ParseOptions {
   bool json = false;
 };
 
-constexpr const char* kExamples = R"help(Examples:
+constexpr const char* kParseExamples = R"help(Examples:
   kelsd parse service:zdrest.tamro:http://10.0.0.5:8080/api
   kelsd parse service:servicehost.tamro:render://10.0.0.7:9000 --json
 
@@ -51,7 +51,7 @@ void AddParse(CLI::App& app, Console& console, ExitStatus& status) {
   CLI::App* verb = app.add_subcommand("parse", "Split a service URL into its parts");
   verb->add_option("URL", options->url, "service URL")->required();
   verb->add_flag("--json", options->json, "JSON for programs instead of a table");
-  verb->footer(kExamples);
+  verb->footer(kParseExamples);
   verb->callback([options, &console, &status] { status = Parse(*options, console); });
 }
 

@@ -28,7 +28,7 @@ constexpr Action kActions[] = {
     {"restart", "Stop and start the daemon", "Restarting slpd", &CKelSLPService::RestartSLPD},
 };
 
-constexpr const char* kExamples = R"help(Examples:
+constexpr const char* kSlpdExamples = R"help(Examples:
   kelsd slpd status
   kelsd slpd start --config /etc/slp.conf
   kelsd slpd restart --json
@@ -65,12 +65,12 @@ ExitStatus Perform(const Action& action, Console& console, bool json) {
 void AddSlpd(CLI::App& app, Console& console, ExitStatus& status) {
   CLI::App* verb = app.add_subcommand("slpd", "Look after the SLP daemon of this host");
   verb->require_subcommand(1);
-  verb->footer(kExamples);
+  verb->footer(kSlpdExamples);
 
   auto session = std::make_shared<SearchSession>();
   CLI::App* ask = verb->add_subcommand("status", "Say whether the daemon runs");
   session->AddCommonOptions(*ask);
-  ask->footer(kExamples);
+  ask->footer(kSlpdExamples);
   ask->callback([session, &console, &status] {
     session->UseConfiguration();
     status = PrintState(console, session->json());
@@ -81,7 +81,7 @@ void AddSlpd(CLI::App& app, Console& console, ExitStatus& status) {
   for (const Action& action : kActions) {
     CLI::App* sub = verb->add_subcommand(action.name, action.help);
     session->AddCommonOptions(*sub);
-    sub->footer(kExamples);
+    sub->footer(kSlpdExamples);
     sub->callback([session, &action, &console, &status] {
       session->UseConfiguration();
       status = Perform(action, console, session->json());
