@@ -13,10 +13,9 @@ using kelsd::CKelServiceTypeTamroBase;
 using kelsd::CKelServiceTypeZDREST;
 using kelsd::CKelServiceTypeZDTerminalREST;
 using kelsd::IKelServiceType;
-using nlohmann::json;
 
 template <typename Service>
-using TypedGetters = std::map<IKelServiceType::EAttr, std::function<json(const Service&)>>;
+using TypedGetters = std::map<IKelServiceType::EAttr, std::function<nlohmann::json(const Service&)>>;
 
 const TypedGetters<CKelServiceTypeTamroBase>& BaseGetters() {
   static const TypedGetters<CKelServiceTypeTamroBase> getters = {
@@ -53,8 +52,8 @@ const TypedGetters<CKelServiceTypeZDTerminalREST>& TerminalGetters() {
 
 // Whether `service` is a `Service` that reads `tag` as something else than text.
 template <typename Service>
-bool ReadTyped(json& value, const TypedGetters<Service>& getters, const CKelServiceTypeTamroBase& service,
-               IKelServiceType::EAttr tag) {
+bool ReadTyped(nlohmann::json& value, const TypedGetters<Service>& getters,
+               const CKelServiceTypeTamroBase& service, IKelServiceType::EAttr tag) {
   const auto* typed = dynamic_cast<const Service*>(&service);
   const auto getter = getters.find(tag);
   if (typed == nullptr || getter == getters.end()) {
@@ -66,12 +65,12 @@ bool ReadTyped(json& value, const TypedGetters<Service>& getters, const CKelServ
 
 }  // namespace
 
-std::vector<std::pair<std::string, json>> TypedAttributes(const CKelServiceTypeTamroBase& service,
-                                                          const std::vector<IKelServiceType::EAttr>& tags) {
-  std::vector<std::pair<std::string, json>> attributes;
+std::vector<std::pair<std::string, nlohmann::json>> TypedAttributes(
+    const CKelServiceTypeTamroBase& service, const std::vector<IKelServiceType::EAttr>& tags) {
+  std::vector<std::pair<std::string, nlohmann::json>> attributes;
   attributes.reserve(tags.size());
   for (const IKelServiceType::EAttr tag : tags) {
-    json value;
+    nlohmann::json value;
     if (!ReadTyped(value, BaseGetters(), service, tag) && !ReadTyped(value, ServerGetters(), service, tag) &&
         !ReadTyped(value, TerminalGetters(), service, tag)) {
       value = service.GetAttributeValue(tag);
@@ -106,13 +105,13 @@ std::vector<std::pair<std::string, std::string>> RawAttributes(const std::string
   return attributes;
 }
 
-std::string ToText(const json& value) {
+std::string ToText(const nlohmann::json& value) {
   if (value.is_string()) {
     return value.get<std::string>();
   }
   if (value.is_array()) {
     std::string text;
-    for (const json& element : value) {
+    for (const nlohmann::json& element : value) {
       text += (text.empty() ? "" : ", ") + ToText(element);
     }
     return text;
