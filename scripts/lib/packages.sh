@@ -13,8 +13,8 @@ windows_packages=(wine wine64)
 # What the lint run needs besides.
 lint_packages=(clang clang-tidy)
 
-# What the programs with sanitizers and the fuzz targets need besides: clang builds them in half the time that g++ takes,
-# and its libraries have libFuzzer too.
+# What the programs with the address sanitizer and the fuzz targets need besides: clang builds them in half the time that g++
+# takes, and its libraries have libFuzzer too. (Its thread sanitizer lets no test replace the heap's functions.)
 sanitizer_packages=(clang libclang-rt-dev)
 
 # What the benchmarks, and the lint run that reads them, need besides.
